@@ -1,0 +1,1 @@
+#include "dbase/dberror.h"

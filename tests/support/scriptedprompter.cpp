@@ -1,0 +1,57 @@
+#include "scriptedprompter.h"
+
+#include <gtest/gtest.h>
+
+ScriptedPrompter::ScriptedPrompter() { previous_ = SetPrompter(this); }
+
+ScriptedPrompter::~ScriptedPrompter() {
+    SetPrompter(previous_);
+    for (const Step& step : script_)
+        ADD_FAILURE() << "expected prompt never shown: " << step.text.toStdString();
+}
+
+ScriptedPrompter& ScriptedPrompter::expectMessage(const QString& text, Answer answer) {
+    script_.push_back({false, text, false, Buttons::Ok, Icon::None, {}, answer, {}});
+    return *this;
+}
+
+ScriptedPrompter& ScriptedPrompter::expectMessage(const QString& text, Buttons buttons, Icon icon,
+                                                  const QString& title, Answer answer) {
+    script_.push_back({false, text, true, buttons, icon, title, answer, {}});
+    return *this;
+}
+
+ScriptedPrompter& ScriptedPrompter::expectInput(const QString& prompt, const QString& answer) {
+    script_.push_back({true, prompt, false, Buttons::Ok, Icon::None, {}, Answer::Ok, answer});
+    return *this;
+}
+
+Answer ScriptedPrompter::messageBox(const QString& text, Buttons buttons, Icon icon,
+                                    const QString& title) {
+    shown_ << text;
+    if (script_.empty() || script_.front().input) {
+        ADD_FAILURE() << "unexpected message box: " << text.toStdString();
+        return buttons == Buttons::Ok ? Answer::Ok : Answer::Cancel;
+    }
+    const Step step = script_.front();
+    script_.pop_front();
+    EXPECT_EQ(step.text.toStdString(), text.toStdString());
+    if (step.checkStyle) {
+        EXPECT_EQ(int(step.buttons), int(buttons)) << "buttons of " << text.toStdString();
+        EXPECT_EQ(int(step.icon), int(icon)) << "icon of " << text.toStdString();
+        EXPECT_EQ(step.title.toStdString(), title.toStdString());
+    }
+    return step.answer;
+}
+
+QString ScriptedPrompter::inputBox(const QString& prompt, const QString&, const QString&) {
+    shown_ << prompt;
+    if (script_.empty() || !script_.front().input) {
+        ADD_FAILURE() << "unexpected input box: " << prompt.toStdString();
+        return {};
+    }
+    const Step step = script_.front();
+    script_.pop_front();
+    EXPECT_EQ(step.text.toStdString(), prompt.toStdString());
+    return step.typed;
+}

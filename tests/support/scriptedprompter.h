@@ -1,0 +1,45 @@
+#pragma once
+
+#include "app/prompts.h"
+
+#include <QString>
+#include <QStringList>
+#include <deque>
+
+// A prompter for tests: each expected prompt is scripted with its answer, in order. A prompt
+// that nobody scripted, or one with other text, fails the test; so does a scripted prompt that
+// never came. Installs itself for its lifetime.
+class ScriptedPrompter final : public Prompter {
+public:
+    ScriptedPrompter();
+    ~ScriptedPrompter() override;
+
+    ScriptedPrompter& expectMessage(const QString& text, Answer answer = Answer::Ok);
+    ScriptedPrompter& expectMessage(const QString& text, Buttons buttons, Icon icon,
+                                    const QString& title, Answer answer);
+    ScriptedPrompter& expectInput(const QString& prompt, const QString& answer);
+
+    // Every text shown so far (messages and input prompts), for assertions on order.
+    const QStringList& shown() const { return shown_; }
+    bool done() const { return script_.empty(); }
+
+    Answer messageBox(const QString& text, Buttons buttons, Icon icon,
+                      const QString& title) override;
+    QString inputBox(const QString& prompt, const QString& title,
+                     const QString& defaultAnswer) override;
+
+private:
+    struct Step {
+        bool input = false;
+        QString text;
+        bool checkStyle = false;
+        Buttons buttons = Buttons::Ok;
+        Icon icon = Icon::None;
+        QString title;
+        Answer answer = Answer::Ok;
+        QString typed;
+    };
+    std::deque<Step> script_;
+    QStringList shown_;
+    Prompter* previous_ = nullptr;
+};
