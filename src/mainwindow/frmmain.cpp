@@ -1,0 +1,239 @@
+#include "mainwindow/frmmain.h"
+
+#include "app/appstate.h"
+#include "app/events.h"
+#include "app/messages.h"
+#include "app/prompts.h"
+#include "comms/bulletinpage.h"
+#include "comms/downloadpage.h"
+#include "mainwindow/commandstrip.h"
+
+#include <QApplication>
+#include <QDesktopServices>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QScreen>
+#include <QTabWidget>
+#include <QUrl>
+#include <QVBoxLayout>
+#include <cstdlib>
+
+namespace {
+const int KeyStepTwips = 120;
+} // namespace
+
+frmMain::frmMain(QWidget* parent)
+    : QWidget(parent), Picture1(new CommandStrip(this)), panesArea(new QWidget(this)),
+      tbsInfo(nullptr), downloadPage(nullptr), configPage(nullptr), bulletinPage(nullptr),
+      partsPage(nullptr) {
+    setObjectName(QStringLiteral("frmMain"));
+    picMenu = Picture1->picMenu;
+    lblMenu = Picture1->lblMenu;
+    for (int i = 0; i < 3; ++i) {
+        picForm[i] = new QWidget(panesArea);
+        picForm[i]->setObjectName(QStringLiteral("picForm%1").arg(i));
+        picForm[i]->setLayout(new QVBoxLayout);
+        picForm[i]->layout()->setContentsMargins(0, 0, 0, 0);
+    }
+    for (int i = 0; i < 2; ++i) {
+        picSplitter[i] = new QWidget(panesArea);
+        picSplitter[i]->setObjectName(QStringLiteral("picSplitter%1").arg(i));
+        picSplitter[i]->setCursor(i == 0 ? Qt::SplitHCursor : Qt::SplitVCursor);
+    }
+    buildInformationTabs();
+
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
+    layout->addWidget(Picture1);
+    layout->addWidget(panesArea, 1);
+    qApp->installEventFilter(this);
+}
+
+frmMain::~frmMain() { qApp->removeEventFilter(this); }
+
+void frmMain::buildInformationTabs() {
+    tbsInfo = new QTabWidget(picForm[2]);
+    tbsInfo->setObjectName(QStringLiteral("tbsInfo"));
+    downloadPage = new DownloadPage;
+    configPage = new QWidget;
+    bulletinPage = new BulletinPage;
+    partsPage = new QWidget;
+    for (QWidget* page : {static_cast<QWidget*>(downloadPage), configPage,
+                          static_cast<QWidget*>(bulletinPage), partsPage})
+        tbsInfo->addTab(page, QString());
+    picForm[2]->layout()->addWidget(tbsInfo);
+}
+
+void frmMain::Load() {
+    AppState& app = App();
+    try {
+        QApplication::setApplicationName(LoadText(0));
+        ChangesPending = false;
+        SelectedListTab = 0;
+        SelectedCatTab = 0;
+        LastMouseDownX = LastMouseDownY = 2147483647;
+        for (MenuPicture* button : picMenu) {
+            button->setCursor(Qt::PointingHandCursor);
+            button->setEnabled(!app.UpdateMode);
+        }
+        Label();
+        if (app.UpdateMode) {
+            for (auto* box : downloadPage->chkMAJ)
+                box->setEnabled(false);
+        }
+    } catch (const std::exception& error) {
+        showLoadError(error);
+    }
+}
+
+void frmMain::showLoadError(const std::exception& error) {
+    MsgBox(QStringLiteral("ErrForm: 0 ") + QString::fromUtf8(error.what()) +
+           QStringLiteral("\r\n") + App().ContactLine);
+    App().QuitWithoutAsking = true;
+}
+
+void frmMain::Label() {
+    try {
+        static const int infoTabs[] = {1, 7, 9, 8};
+        for (int i = 0; i < 4; ++i)
+            tbsInfo->setTabText(i, LoadText(infoTabs[i]));
+        downloadPage->labelUpdateFrame();
+        downloadPage->labelChoices();
+        bulletinPage->lblAnnonceur->setText(LoadText(118));
+        bulletinPage->lblSujet->setText(LoadText(119));
+        downloadPage->labelWarning();
+        downloadPage->labelDownloadButton();
+        static const int menuCaptions[][2] = {{0, 120}, {1, 121}, {3, 123}, {4, 124}, {2, 126}};
+        for (const auto& caption : menuCaptions)
+            lblMenu[caption[0]]->setText(LoadText(caption[1]));
+    } catch (const std::exception& error) {
+        MsgBox(QStringLiteral("errLabel: ") + QString::fromUtf8(error.what()));
+    }
+}
+
+double frmMain::TwipsPerPixel() const { return 1440.0 / logicalDpiX(); }
+
+void frmMain::placeWindowInWorkArea() {
+    QWidget* frame = window();
+    const QScreen* screen = frame->screen() ? frame->screen() : QApplication::primaryScreen();
+    if (frame != this && screen)
+        frame->setGeometry(screen->availableGeometry());
+}
+
+void frmMain::Activate() {
+    try {
+        placeWindowInWorkArea();
+        placePanes();
+        downloadPage->picFrame->setVisible(true);
+    } catch (const std::exception& error) {
+        MsgBox(QStringLiteral("errActivate: ") + QString::fromUtf8(error.what()));
+    }
+}
+
+void frmMain::placePanes() {
+    const double dpi = logicalDpiX();
+    const double innerWidth = PixelsToTwips(panesArea->width(), dpi);
+    const double innerHeight = PixelsToTwips(panesArea->height(), dpi);
+    const AppSettings& s = App().Settings;
+    const PanePlacement placement = PlacePanes(innerWidth, innerHeight, s.Width, s.Height);
+    const auto toPixels = [dpi](const TwipRect& r) {
+        return QRect(TwipsToPixels(r.left, dpi), TwipsToPixels(r.top, dpi),
+                     TwipsToPixels(r.width, dpi), TwipsToPixels(r.height, dpi));
+    };
+    for (int i = 0; i < 3; ++i)
+        picForm[i]->setGeometry(toPixels(placement.pane[i]));
+    for (int i = 0; i < 2; ++i)
+        picSplitter[i]->setGeometry(toPixels(placement.splitter[i]));
+}
+
+PaneLayout frmMain::CurrentLayout() const {
+    const double dpi = logicalDpiX();
+    return {PixelsToTwips(picForm[0]->width(), dpi), PixelsToTwips(picForm[2]->y(), dpi),
+            PixelsToTwips(panesArea->width(), dpi), PixelsToTwips(panesArea->height(), dpi)};
+}
+
+void frmMain::resizeEvent(QResizeEvent* event) {
+    QWidget::resizeEvent(event);
+    layout()->activate();
+    placePanes();
+}
+
+void frmMain::moveFrame(int dxTwips, int dyTwips) {
+    const double dpi = logicalDpiX();
+    QWidget* frame = downloadPage->picFrame;
+    frame->move(frame->pos() + QPoint(TwipsToPixels(dxTwips, dpi), TwipsToPixels(dyTwips, dpi)));
+}
+
+void frmMain::openHelpPage() { QDesktopServices::openUrl(QUrl(LoadText(112))); }
+
+bool frmMain::KeyDown(int key, Qt::KeyboardModifiers modifiers) {
+    const bool alt = modifiers & Qt::AltModifier;
+    if (alt && !(modifiers & Qt::ShiftModifier)) {
+        switch (key) {
+        case Qt::Key_Left:
+            moveFrame(-KeyStepTwips, 0);
+            break;
+        case Qt::Key_Right:
+            moveFrame(KeyStepTwips, 0);
+            break;
+        case Qt::Key_Up:
+            moveFrame(0, -KeyStepTwips);
+            break;
+        case Qt::Key_Down:
+            moveFrame(0, KeyStepTwips);
+            break;
+        default:
+            break;
+        }
+        return true;
+    }
+    if (alt)
+        return true; // the splitter keys come with the splitters
+    if (key == Qt::Key_F1) {
+        openHelpPage();
+        return true;
+    }
+    return false;
+}
+
+bool frmMain::eventFilter(QObject* watched, QEvent* event) {
+    auto* widget = qobject_cast<QWidget*>(watched);
+    if (!widget || widget->window() != window())
+        return false;
+    if (event->type() == QEvent::KeyPress) {
+        const auto* key = static_cast<QKeyEvent*>(event);
+        if (key->key() == Qt::Key_Alt || key->key() == Qt::Key_Shift)
+            return false;
+        return KeyDown(key->key(), key->modifiers());
+    }
+    if (event->type() == QEvent::WindowActivate && widget == window())
+        Activate();
+    return false;
+}
+
+bool frmMain::QueryUnload() {
+    AppState& app = App();
+    try {
+        if (downloadPage->cmdOK->text() == LoadText(116))
+            return false;
+        if (!app.QuitWithoutAsking &&
+            MsgBox(LoadText(35), Buttons::YesNo, Icon::None) == Answer::No)
+            return false;
+    } catch (const std::exception& error) {
+        MsgBox(QStringLiteral("errQuery: ") + QString::fromUtf8(error.what()));
+    }
+    return true;
+}
+
+void frmMain::Unload() {
+    try {
+        wsckEnvoi.close();
+        while (wsckEnvoi.state() != QAbstractSocket::UnconnectedState)
+            WaitWithEvents(10);
+        SaveSettings(settingsStore, App(), CurrentLayout());
+    } catch (const std::exception& error) {
+        MsgBox(QStringLiteral("errUnload: ") + QString::fromUtf8(error.what()));
+        std::exit(0);
+    }
+}

@@ -1,5 +1,6 @@
 #include "scriptedprompter.h"
 
+#include <QRegularExpression>
 #include <gtest/gtest.h>
 
 ScriptedPrompter::ScriptedPrompter() { previous_ = SetPrompter(this); }
@@ -26,6 +27,14 @@ ScriptedPrompter& ScriptedPrompter::expectInput(const QString& prompt, const QSt
     return *this;
 }
 
+ScriptedPrompter& ScriptedPrompter::expectMessageMatching(const QString& pattern,
+                                                          Answer answer) {
+    Step step{false, pattern, false, Buttons::Ok, Icon::None, {}, answer, {}};
+    step.pattern = true;
+    script_.push_back(step);
+    return *this;
+}
+
 Answer ScriptedPrompter::messageBox(const QString& text, Buttons buttons, Icon icon,
                                     const QString& title) {
     shown_ << text;
@@ -35,7 +44,11 @@ Answer ScriptedPrompter::messageBox(const QString& text, Buttons buttons, Icon i
     }
     const Step step = script_.front();
     script_.pop_front();
-    EXPECT_EQ(step.text.toStdString(), text.toStdString());
+    if (step.pattern)
+        EXPECT_TRUE(QRegularExpression(step.text).match(text).hasMatch())
+            << text.toStdString() << " does not match " << step.text.toStdString();
+    else
+        EXPECT_EQ(step.text.toStdString(), text.toStdString());
     if (step.checkStyle) {
         EXPECT_EQ(int(step.buttons), int(buttons)) << "buttons of " << text.toStdString();
         EXPECT_EQ(int(step.icon), int(icon)) << "icon of " << text.toStdString();

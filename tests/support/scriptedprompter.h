@@ -18,6 +18,8 @@ public:
     ScriptedPrompter& expectMessage(const QString& text, Buttons buttons, Icon icon,
                                     const QString& title, Answer answer);
     ScriptedPrompter& expectInput(const QString& prompt, const QString& answer);
+    // A box whose text is not known in advance (a system error description, say).
+    ScriptedPrompter& expectMessageMatching(const QString& pattern, Answer answer = Answer::Ok);
 
     // Every text shown so far (messages and input prompts), for assertions on order.
     const QStringList& shown() const { return shown_; }
@@ -38,6 +40,7 @@ private:
         QString title;
         Answer answer = Answer::Ok;
         QString typed;
+        bool pattern = false;
     };
     std::deque<Step> script_;
     QStringList shown_;

@@ -1,0 +1,90 @@
+#include "app/cregsettings.h"
+
+#include <QSettings>
+#include <QStringList>
+#include <memory>
+
+namespace {
+
+// The registry's unnamed default value has no name of its own in an INI file.
+const QString DefaultValueName = QStringLiteral("(Default)");
+
+QString valueName(const QString& name) { return name == u"*" ? DefaultValueName : name; }
+
+QString groupOf(const QString& keyPath) {
+    QString group = keyPath;
+    group.replace(u'\\', u'/');
+    return group;
+}
+
+// A value written by hand as 0,56 comes back from an INI file as a list; it is one text.
+QString textOf(const QVariant& value) {
+    if (value.userType() == QMetaType::QStringList)
+        return value.toStringList().join(u',');
+    return value.toString();
+}
+
+} // namespace
+
+CRegSettings::CRegSettings(QString storeFile) : storeFile_(std::move(storeFile)) {}
+
+static std::unique_ptr<QSettings> openStore(const QString& storeFile, const QString& keyPath) {
+    std::unique_ptr<QSettings> settings;
+    if (!storeFile.isEmpty()) {
+        settings = std::make_unique<QSettings>(storeFile, QSettings::IniFormat);
+        settings->beginGroup(groupOf(keyPath));
+    } else {
+#ifdef Q_OS_WIN
+        settings = std::make_unique<QSettings>(QStringLiteral("HKEY_LOCAL_MACHINE\\") + keyPath,
+                                               QSettings::NativeFormat);
+#else
+        settings = std::make_unique<QSettings>(QSettings::IniFormat, QSettings::UserScope,
+                                               QStringLiteral("Norvale Systems"),
+                                               QStringLiteral("Mercantel"));
+        settings->beginGroup(groupOf(keyPath));
+#endif
+    }
+    return settings;
+}
+
+bool CRegSettings::DeleteValue(const QString& keyPath, const QString& name) const {
+    auto settings = openStore(storeFile_, keyPath);
+    if (name.isEmpty()) {
+        settings->remove(QString());
+    } else {
+        if (!settings->contains(valueName(name)))
+            return false;
+        settings->remove(valueName(name));
+    }
+    settings->sync();
+    return settings->status() == QSettings::NoError;
+}
+
+QList<RegValue> CRegSettings::EnumValues(const QString& keyPath, int) const {
+    auto settings = openStore(storeFile_, keyPath);
+    QList<RegValue> values;
+    for (const QString& name : settings->childKeys())
+        values.append(RegValue{name == DefaultValueName ? QString() : name, textOf(settings->value(name))});
+    if (values.isEmpty())
+        values.append(RegValue{});
+    return values;
+}
+
+QString CRegSettings::QueryValue(const QString& keyPath, const QString& name, int,
+                                 const QString& defaultValue) const {
+    auto settings = openStore(storeFile_, keyPath);
+    const QString data = textOf(settings->value(valueName(name)));
+    return data.isEmpty() ? defaultValue : data;
+}
+
+bool CRegSettings::SetValue(const QString& keyPath, const QString& name,
+                            const QString& value) const {
+    auto settings = openStore(storeFile_, keyPath);
+    settings->setValue(valueName(name), value);
+    settings->sync();
+    return settings->status() == QSettings::NoError;
+}
+
+QString CRegSettings::location() const {
+    return openStore(storeFile_, QStringLiteral("Software\\Norvale Systems"))->fileName();
+}

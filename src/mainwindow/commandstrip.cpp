@@ -1,0 +1,88 @@
+#include "mainwindow/commandstrip.h"
+
+#include <QMouseEvent>
+#include <QPainter>
+
+namespace {
+
+const QSize ButtonSize(44, 36);
+const int SlotWidth = 110;
+
+// The place of each button on the strip, and of each caption.
+const int ButtonSlot[7] = {0, 1, 2, 3, 1, 4, 4};
+const int CaptionSlot[5] = {0, 1, 3, 2, 4};
+
+QPixmap buttonPicture(const QString& glyph, const QColor& colour) {
+    QPixmap picture(ButtonSize);
+    picture.fill(Qt::transparent);
+    QPainter p(&picture);
+    p.setRenderHint(QPainter::Antialiasing);
+    p.setPen(Qt::NoPen);
+    p.setBrush(colour);
+    p.drawRoundedRect(QRectF(4, 2, 36, 32), 6, 6);
+    p.setPen(Qt::white);
+    p.setFont(QFont(QStringLiteral("DejaVu Sans"), 15, QFont::Bold));
+    p.drawText(QRectF(4, 2, 36, 32), Qt::AlignCenter, glyph);
+    return picture;
+}
+
+} // namespace
+
+MenuPicture::MenuPicture(int index, QWidget* parent) : QLabel(parent), index(index) {}
+
+void MenuPicture::mousePressEvent(QMouseEvent* event) {
+    if (event->button() != Qt::LeftButton)
+        return;
+    pressed_ = !onPress || onPress(index);
+    if (pressed_)
+        CommandStrip::setBorderStyle(this, 1);
+}
+
+void MenuPicture::mouseReleaseEvent(QMouseEvent* event) {
+    if (event->button() != Qt::LeftButton || !pressed_)
+        return;
+    pressed_ = false;
+    CommandStrip::setBorderStyle(this, 0);
+    if (onRelease)
+        onRelease(index);
+}
+
+CommandStrip::CommandStrip(QWidget* parent) : QWidget(parent) {
+    const QString glyphs[7] = {QStringLiteral("☑"), QStringLiteral("✔"), QStringLiteral("✎"),
+                               QStringLiteral("⚙"), QStringLiteral("✖"), QStringLiteral("⇄"),
+                               QStringLiteral("⇹")};
+    const QColor colours[7] = {QColor(0, 107, 153), QColor(46, 139, 87), QColor(200, 120, 20),
+                               QColor(90, 90, 110), QColor(178, 34, 34), QColor(0, 107, 153),
+                               QColor(120, 70, 150)};
+    for (int i = 0; i < 7; ++i) {
+        picMenu[i] = new MenuPicture(i, this);
+        picMenu[i]->setPixmap(buttonPicture(glyphs[i], colours[i]));
+        picMenu[i]->setFixedSize(ButtonSize + QSize(4, 4));
+        picMenu[i]->setAlignment(Qt::AlignCenter);
+        picMenu[i]->setObjectName(QStringLiteral("picMenu%1").arg(i));
+        setBorderStyle(picMenu[i], 0);
+    }
+    for (int i = 0; i < 5; ++i) {
+        lblMenu[i] = new QLabel(this);
+        lblMenu[i]->setAlignment(Qt::AlignCenter);
+        lblMenu[i]->setObjectName(QStringLiteral("lblMenu%1").arg(i));
+    }
+    // Activer and Dissocier appear only on their own tab and node.
+    picMenu[1]->hide();
+    picMenu[6]->hide();
+    setFixedHeight(ButtonSize.height() + 26);
+    setAutoFillBackground(true);
+}
+
+void CommandStrip::setBorderStyle(QLabel* button, int style) {
+    button->setFrameShape(style == 1 ? QFrame::Panel : QFrame::NoFrame);
+    button->setFrameShadow(style == 1 ? QFrame::Sunken : QFrame::Plain);
+}
+
+void CommandStrip::resizeEvent(QResizeEvent*) {
+    for (int i = 0; i < 7; ++i)
+        picMenu[i]->move(ButtonSlot[i] * SlotWidth + (SlotWidth - picMenu[i]->width()) / 2, 2);
+    for (int i = 0; i < 5; ++i)
+        lblMenu[i]->setGeometry(CaptionSlot[i] * SlotWidth, ButtonSize.height() + 6, SlotWidth,
+                                18);
+}

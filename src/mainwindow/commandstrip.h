@@ -1,0 +1,40 @@
+#pragma once
+
+#include <QLabel>
+#include <array>
+#include <functional>
+
+// A picture button of the command strip: drawn pressed between mouse-down and mouse-up.
+class MenuPicture : public QLabel {
+    Q_OBJECT
+public:
+    MenuPicture(int index, QWidget* parent);
+    const int index;
+
+    std::function<bool(int)> onPress;  // false: the press was refused (changes to save first)
+    std::function<void(int)> onRelease;
+
+protected:
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+
+private:
+    bool pressed_ = false;
+};
+
+// The strip above the panes: seven picture buttons and their five captions. Buttons 1 and 4,
+// and 5 and 6, share a place and replace each other.
+class CommandStrip : public QWidget {
+    Q_OBJECT
+public:
+    explicit CommandStrip(QWidget* parent = nullptr);
+
+    std::array<MenuPicture*, 7> picMenu{};
+    std::array<QLabel*, 5> lblMenu{};
+
+    // Sets a button's border: 0 flat, 1 pressed.
+    static void setBorderStyle(QLabel* button, int style);
+
+protected:
+    void resizeEvent(QResizeEvent* event) override;
+};

@@ -1,0 +1,75 @@
+#pragma once
+
+#include "app/settings.h"
+#include "mainwindow/panelayout.h"
+
+#include <QTcpSocket>
+#include <QWidget>
+#include <array>
+
+class BulletinPage;
+class CommandStrip;
+class DownloadPage;
+class MDIfrmMain;
+class MenuPicture;
+class QLabel;
+class QTabWidget;
+
+// The main window: the command strip above three panes (the list trees, the catalogue trees,
+// and the information tabs). It composes the parts of the program and wires them; their logic
+// lives in their own classes.
+class frmMain : public QWidget {
+    Q_OBJECT
+public:
+    explicit frmMain(QWidget* parent = nullptr);
+    ~frmMain() override;
+
+    // The window's life, as the frame drives it.
+    void Load();
+    void Activate();
+    // True when the window may close.
+    bool QueryUnload();
+    void Unload();
+    // The form sees keys before its controls; true when the key was consumed.
+    bool KeyDown(int key, Qt::KeyboardModifiers modifiers);
+
+    // Sets every caption of the window in the current language.
+    void Label();
+
+    // The panes as they stand now, in twips (for saving the layout).
+    PaneLayout CurrentLayout() const;
+    double TwipsPerPixel() const;
+
+    CommandStrip* Picture1;
+    std::array<MenuPicture*, 7> picMenu{};
+    std::array<QLabel*, 5> lblMenu{};
+    QWidget* panesArea;
+    std::array<QWidget*, 3> picForm{};
+    std::array<QWidget*, 2> picSplitter{};
+    QTabWidget* tbsInfo;
+    DownloadPage* downloadPage;
+    QWidget* configPage;
+    BulletinPage* bulletinPage;
+    QWidget* partsPage;
+    QTcpSocket wsckEnvoi;
+    CRegSettings settingsStore; // where the settings go back at shut-down
+
+    // Shared state of the window.
+    bool ChangesPending = false;
+    int SelectedListTab = 0;
+    int SelectedCatTab = 0;
+    int LastMouseDownX = 2147483647;
+    int LastMouseDownY = 2147483647;
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+
+private:
+    void buildInformationTabs();
+    void placePanes();
+    void placeWindowInWorkArea();
+    void moveFrame(int dxTwips, int dyTwips);
+    void openHelpPage();
+    void showLoadError(const std::exception& error);
+};

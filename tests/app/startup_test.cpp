@@ -1,0 +1,179 @@
+#include "app/appstate.h"
+#include "app/messages.h"
+#include "app/settings.h"
+#include "app/startup.h"
+
+#include "scriptedprompter.h"
+#include "tempinstall.h"
+
+#include <QDir>
+#include <QFile>
+#include <gtest/gtest.h>
+
+namespace {
+
+// Records which of the later parts start-up called, and with what.
+struct StartupRun {
+    TempInstall install;
+    StartupHooks hooks;
+    QStringList calls;
+    QStringList started;
+    bool openDataResult = true;
+    bool convertResult = true;
+
+    StartupRun() {
+        ResetAppState();
+        hooks.openData = [this] {
+            calls << QStringLiteral("openData");
+            return openDataResult;
+        };
+        hooks.detectInstal = [this] {
+            calls << QStringLiteral("detectInstal");
+            return QStringLiteral("2");
+        };
+        hooks.convert = [this](bool forced) {
+            calls << (forced ? QStringLiteral("convert(forced)") : QStringLiteral("convert"));
+            return convertResult;
+        };
+        hooks.showMainWindow = [this] { calls << QStringLiteral("showMainWindow"); };
+        setStoredDrive(install.drive());
+        install.installServiceProgram();
+    }
+
+    void setStoredDrive(const QString& drive) const {
+        CRegSettings(install.settingsFile())
+            .SetValue(RegistryKeyPathText, QStringLiteral("Drive"), drive);
+    }
+
+    StartupOutcome run(const QString& commandLine) {
+        StartupEnvironment env{install.programDir(), CRegSettings(install.settingsFile()),
+                               [this](const QString& program, const QString&) {
+                                   started << QFileInfo(program).fileName();
+                                   return true;
+                               }};
+        return Main(commandLine, hooks, env);
+    }
+
+    QString serviceLog() const {
+        QFile log(install.dir(QStringLiteral("NVNV")) + QStringLiteral("NVSERV.LOG"));
+        return log.open(QIODevice::ReadOnly) ? QString::fromUtf8(log.readAll()) : QString();
+    }
+};
+
+} // namespace
+
+TEST(Startup, APendingLauncherIsSwappedAndNothingElseHappens) {
+    StartupRun run;
+    run.install.write(run.install.programDir() + QStringLiteral("/MAIN.NEW"), "new launcher");
+    EXPECT_EQ(run.run(QString()), StartupOutcome::Ended);
+    EXPECT_FALSE(QFile::exists(run.install.programDir() + QStringLiteral("/MAIN.NEW")));
+    QFile launcher(run.install.programDir() + QStringLiteral("/MAIN.EXE"));
+    ASSERT_TRUE(launcher.open(QIODevice::ReadOnly));
+    EXPECT_EQ(launcher.readAll(), QByteArray("new launcher"));
+    EXPECT_EQ(run.started, QStringList{QStringLiteral("MAIN.EXE")});
+    EXPECT_TRUE(run.calls.isEmpty());
+    EXPECT_TRUE(App().RegistryKeyPath.isEmpty()) << "no settings are read";
+}
+
+TEST(Startup, ANormalStartOpensTheDataRunsTheServiceProgramAndShowsTheMainWindow) {
+    StartupRun run;
+    run.install.write(run.install.programDir() + QStringLiteral("/MAIN.EXE"), "old launcher");
+    EXPECT_EQ(run.run(QString()), StartupOutcome::MainWindowShown);
+    EXPECT_FALSE(QFile::exists(run.install.programDir() + QStringLiteral("/MAIN.EXE")));
+    EXPECT_EQ(run.calls, (QStringList{QStringLiteral("openData"), QStringLiteral("detectInstal"),
+                                      QStringLiteral("convert"),
+                                      QStringLiteral("showMainWindow")}));
+    const AppState& app = App();
+    EXPECT_EQ(app.PrgPath, run.install.dir(QStringLiteral("PRG")));
+    EXPECT_EQ(app.DataPath, run.install.dir(QStringLiteral("NVNV")));
+    EXPECT_EQ(app.GLPath, run.install.dir(QStringLiteral("NVGL")));
+    EXPECT_EQ(app.InfoPath, run.install.dir(QStringLiteral("NVINFO")));
+    EXPECT_EQ(app.Settings.Instal, 2);
+    EXPECT_EQ(app.ContactLine, MessageCatalogue::text(1034));
+    EXPECT_EQ(QDir::current().absolutePath() + u'/', app.PrgPath);
+    EXPECT_TRUE(QFile::exists(app.DataPath + run.install.serviceProgramName()))
+        << "the service program is copied into the data directory";
+    EXPECT_TRUE(run.serviceLog().contains(QStringLiteral("0 2"))) << run.serviceLog().toStdString();
+}
+
+TEST(Startup, CommandLineWordsFollowTheirCaseRules) {
+    {
+        StartupRun run;
+        EXPECT_EQ(run.run(QStringLiteral("update")), StartupOutcome::MainWindowShown);
+        EXPECT_TRUE(App().UpdateMode);
+        EXPECT_EQ(App().Settings.Instal, 1);
+        EXPECT_EQ(run.calls, QStringList{QStringLiteral("showMainWindow")})
+            << "update mode opens no data, converts nothing";
+        EXPECT_TRUE(run.serviceLog().isEmpty()) << "and does not run the service program";
+    }
+    {
+        StartupRun run;
+        run.run(QStringLiteral("Convert"));
+        EXPECT_FALSE(App().UpdateMode);
+        EXPECT_TRUE(run.calls.contains(QStringLiteral("convert(forced)")));
+    }
+    {
+        StartupRun run;
+        run.run(QStringLiteral("convert"));
+        EXPECT_TRUE(run.calls.contains(QStringLiteral("convert")));
+        EXPECT_FALSE(run.calls.contains(QStringLiteral("convert(forced)")));
+    }
+}
+
+TEST(Startup, TheDriveIsAskedFourTimesAtMostThenTheProgramEnds) {
+    StartupRun run;
+    run.setStoredDrive(QStringLiteral("/nowhere"));
+    ScriptedPrompter prompts;
+    const QString ask = MessageCatalogue::text(1075);
+    prompts.expectInput(ask, QStringLiteral("/a")).expectInput(ask, QStringLiteral("/b"));
+    prompts.expectInput(ask, QString()).expectInput(ask, QStringLiteral("/d"));
+    prompts.expectMessage(MessageCatalogue::text(1076));
+    EXPECT_EQ(run.run(QString()), StartupOutcome::Ended);
+    EXPECT_TRUE(run.calls.isEmpty());
+}
+
+TEST(Startup, AValidDriveAtTheFourthPromptLetsTheStartGoOn) {
+    StartupRun run;
+    run.setStoredDrive(QStringLiteral("/nowhere"));
+    ScriptedPrompter prompts;
+    const QString ask = MessageCatalogue::text(1075);
+    for (int i = 0; i < 3; ++i)
+        prompts.expectInput(ask, QStringLiteral("/wrong"));
+    prompts.expectInput(ask, run.install.drive());
+    EXPECT_EQ(run.run(QString()), StartupOutcome::MainWindowShown);
+    EXPECT_EQ(App().Settings.Drive, run.install.drive());
+}
+
+TEST(Startup, FailuresOfTheLaterStepsEndTheStart) {
+    {
+        StartupRun run;
+        run.openDataResult = false;
+        EXPECT_EQ(run.run(QString()), StartupOutcome::Ended);
+        EXPECT_EQ(run.calls, QStringList{QStringLiteral("openData")});
+    }
+    {
+        StartupRun run;
+        run.convertResult = false;
+        EXPECT_EQ(run.run(QString()), StartupOutcome::Ended);
+        EXPECT_FALSE(run.calls.contains(QStringLiteral("showMainWindow")));
+    }
+}
+
+TEST(Startup, AMissingServiceProgramGives1077) {
+    StartupRun run;
+    QFile::remove(run.install.programDir() + u'/' + run.install.serviceProgramName());
+    ScriptedPrompter prompts;
+    prompts.expectMessage(MessageCatalogue::text(1077));
+    EXPECT_EQ(run.run(QString()), StartupOutcome::Ended);
+    EXPECT_FALSE(run.calls.contains(QStringLiteral("showMainWindow")));
+}
+
+TEST(Startup, AServiceProgramThatCannotRunGives1078) {
+    StartupRun run;
+    run.install.write(run.install.dir(QStringLiteral("NVNV")) + run.install.serviceProgramName(),
+                      "not a program");
+    ScriptedPrompter prompts;
+    prompts.expectMessageMatching(QStringLiteral("^\\d+ .+"));
+    prompts.expectMessage(MessageCatalogue::text(1078));
+    EXPECT_EQ(run.run(QString()), StartupOutcome::Ended);
+}
