@@ -16,10 +16,11 @@ void move(const QString& from, const QString& to) {
     if (from.isEmpty() || to.isEmpty() || exists(to))
         return;
     const QString source = ResolveInstallPath(from);
+    const QString target = ResolveInstallPath(to);
     if (QFileInfo(source).isDir())
-        QDir().rename(source, to);
+        QDir().rename(source, target);
     else
-        QFile::rename(source, to);
+        QFile::rename(source, target);
 }
 
 // A copy over an existing target replaces it, as the system's copy does; the target keeps the
@@ -41,7 +42,7 @@ void copy(const QString& from, const QString& to) {
 void createFolder(const QString& path) {
     if (path.isEmpty() || exists(path))
         return;
-    QDir().mkdir(path);
+    QDir().mkdir(ResolveInstallPath(path));
 }
 
 void remove(const QString& path) {

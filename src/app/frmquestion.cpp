@@ -213,8 +213,11 @@ bool frmQuestion::eventFilter(QObject* watched, QEvent* event) {
         if (watched != lblBouton[i])
             continue;
         if (event->type() == QEvent::MouseMove || event->type() == QEvent::Enter) {
+            // Consumed here: passed on, the move would reach the form, which resets the colours.
             lblBoutonMouseMove(i);
-        } else if (event->type() == QEvent::MouseButtonRelease) {
+            return true;
+        }
+        if (event->type() == QEvent::MouseButtonRelease) {
             const auto* mouse = static_cast<QMouseEvent*>(event);
             if (mouse->button() == Qt::LeftButton &&
                 lblBouton[i]->rect().contains(mouse->position().toPoint()))

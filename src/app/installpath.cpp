@@ -27,14 +27,26 @@ QString caseVariant(const QString& dir, const QString& name) {
     return {};
 }
 
-} // namespace
-
-QString ResolveInstallPath(const QString& dir, const QString& name) {
+// name inside dir, which has already been resolved.
+QString lookIn(const QString& dir, const QString& name) {
     const QString exact = joined(dir, name);
     if (name.isEmpty() || QFileInfo::exists(exact))
         return exact;
     const QString variant = caseVariant(dir, name);
     return variant.isEmpty() ? exact : joined(dir, variant);
+}
+
+bool isRoot(const QString& dir) {
+    return dir.size() <= 1 || dir.endsWith(u":\\") || dir.endsWith(u":/");
+}
+
+} // namespace
+
+QString ResolveInstallPath(const QString& dir, const QString& name) {
+    const QString exact = joined(dir, name);
+    if (QFileInfo::exists(exact))
+        return exact;
+    return lookIn(dir.isEmpty() || isRoot(dir) ? dir : ResolveInstallPath(dir), name);
 }
 
 QString ResolveInstallPath(const QString& path) {
@@ -49,14 +61,6 @@ QString ResolveInstallPath(const QString& path) {
     qsizetype cut = body.size() - 1;
     while (cut >= 0 && !isSeparator(body[cut]))
         --cut;
-    const QString name = body.mid(cut + 1);
-    if (cut < 0)
-        return ResolveInstallPath(QString(), name) + trailing;
-    // The root keeps its separator ("/" or "C:\"); deeper parents are resolved in turn.
-    const QString parent = body.left(cut + 1);
-    const QString resolvedParent =
-        parent.size() <= 1 || parent.endsWith(u":\\") || parent.endsWith(u":/")
-            ? parent
-            : ResolveInstallPath(parent);
-    return ResolveInstallPath(resolvedParent, name) + trailing;
+    // The parent keeps its separator ("/" or "C:\"), so that a root stays a root.
+    return ResolveInstallPath(body.left(cut + 1), body.mid(cut + 1)) + trailing;
 }

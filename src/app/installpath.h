@@ -5,11 +5,11 @@
 // Installations copied from Windows keep their file names in any case (PRIXLIST.DBF may sit on
 // disk as prixlist.dbf, NVNV as nvnv). These helpers find the name the disk really holds.
 
-// The path of name inside dir: the exact name when it exists, else the first entry of dir whose
-// name matches without regard to case, else the exact name (which does not exist).
+// The path of name inside dir: the exact path when it exists; otherwise each component missing
+// under its exact name is replaced by the first entry of its (resolved) parent whose name
+// matches without regard to case. Components that match nothing stay as asked, so the result of
+// a missing file still points into the directory as it is on disk.
 QString ResolveInstallPath(const QString& dir, const QString& name);
 
-// The same for a whole path: each component that is missing under its exact name is looked up
-// without regard to case in its (already resolved) parent directory. A trailing separator is
-// kept.
+// The same for a whole path. A trailing separator is kept.
 QString ResolveInstallPath(const QString& path);

@@ -124,3 +124,8 @@ qint64 LastServiceTaskId() {
 bool ServiceProgramRunning() {
     return runningJobs > 0;
 }
+
+void ResetServiceProgramState() {
+    lastTaskId = 0;
+    lastRun = nullptr;
+}

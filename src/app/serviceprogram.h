@@ -22,3 +22,6 @@ qint64 LastServiceTaskId();
 // True while a run started by RunServiceProgram has not ended (the waits nest: a handler that
 // runs during a wait may start another run).
 bool ServiceProgramRunning();
+
+// Forgets the last run (a fresh program has run nothing); for tests.
+void ResetServiceProgramState();
