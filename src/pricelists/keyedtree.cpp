@@ -1,0 +1,232 @@
+#include "pricelists/keyedtree.h"
+
+#include <QFocusEvent>
+#include <QHeaderView>
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QStyle>
+#include <utility>
+
+namespace {
+
+constexpr int KeyRole = Qt::UserRole;
+constexpr int RowRole = Qt::UserRole + 1;
+constexpr int ColorRole = Qt::UserRole + 2;
+constexpr int FileCodeRole = Qt::UserRole + 3;
+
+} // namespace
+
+// A node that tells its tree when its check state changes.
+class TreeNode final : public QTreeWidgetItem {
+public:
+    using QTreeWidgetItem::QTreeWidgetItem;
+
+    void setData(int column, int role, const QVariant& value) override {
+        if (role != Qt::CheckStateRole) {
+            QTreeWidgetItem::setData(column, role, value);
+            return;
+        }
+        const Qt::CheckState before = checkState(0);
+        QTreeWidgetItem::setData(column, role, value);
+        if (checkState(0) != before)
+            if (auto* tree = qobject_cast<KeyedTree*>(treeWidget()))
+                tree->checkChanged(this);
+    }
+};
+
+KeyedTree::KeyedTree(const QString& name, int index, QWidget* parent)
+    : QTreeWidget(parent), index_(index) {
+    setObjectName(name);
+    setColumnCount(1);
+    setHeaderHidden(true);
+    setRootIsDecorated(true);
+    setUniformRowHeights(true);
+    setSelectionMode(QAbstractItemView::SingleSelection);
+    setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
+    header()->setSectionResizeMode(QHeaderView::ResizeToContents);
+    header()->setStretchLastSection(false);
+    connect(this, &QTreeWidget::currentItemChanged, this,
+            [this](QTreeWidgetItem* current) { currentChanged(current); });
+}
+
+void KeyedTree::clearNodes() {
+    byKey_.clear();
+    nodes_.clear();
+    checked_.clear();
+    reached_ = nullptr;
+    clear();
+}
+
+QTreeWidgetItem* KeyedTree::makeNode(const QString& key, const QString& text, OleColor color) {
+    if (byKey_.contains(key))
+        return nullptr;
+    auto* item = new TreeNode(QStringList{text});
+    item->setFlags(Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemIsUserCheckable);
+    item->setData(0, KeyRole, key);
+    item->setCheckState(0, Qt::Unchecked);
+    setColor(item, color);
+    byKey_.insert(key, item);
+    nodes_.append(item);
+    return item;
+}
+
+QTreeWidgetItem* KeyedTree::addNode(const QString& key, const QString& text, OleColor color) {
+    QTreeWidgetItem* item = makeNode(key, text, color);
+    if (item)
+        addTopLevelItem(item);
+    return item;
+}
+
+QTreeWidgetItem* KeyedTree::addChild(const QString& parentKey, const QString& key,
+                                     const QString& text, OleColor color) {
+    QTreeWidgetItem* parent = node(parentKey);
+    if (!parent)
+        return nullptr;
+    QTreeWidgetItem* item = makeNode(key, text, color);
+    if (item)
+        parent->addChild(item);
+    return item;
+}
+
+QTreeWidgetItem* KeyedTree::node(const QString& key) const { return byKey_.value(key); }
+
+QTreeWidgetItem* KeyedTree::node(int oneBasedIndex) const {
+    if (oneBasedIndex < 1 || oneBasedIndex > nodes_.size())
+        return nullptr;
+    return nodes_.at(oneBasedIndex - 1);
+}
+
+int KeyedTree::nodeIndex(const QTreeWidgetItem* item) const {
+    // Asked for once per rebuild (the selection kept across it): a scan will do.
+    const qsizetype at = nodes_.indexOf(const_cast<QTreeWidgetItem*>(item));
+    return at < 0 ? 0 : int(at) + 1;
+}
+
+QString KeyedTree::keyOf(const QTreeWidgetItem* item) {
+    return item ? item->data(0, KeyRole).toString() : QString();
+}
+
+OleColor KeyedTree::colorOf(const QTreeWidgetItem* item) {
+    return item ? OleColor(item->data(0, ColorRole).toUInt()) : ColorBlack;
+}
+
+void KeyedTree::setColor(QTreeWidgetItem* item, OleColor color) {
+    item->setData(0, ColorRole, uint(color));
+    item->setForeground(0, ToQColor(color));
+}
+
+bool KeyedTree::isChecked(const QTreeWidgetItem* item) {
+    return item && item->checkState(0) == Qt::Checked;
+}
+
+void KeyedTree::setChecked(QTreeWidgetItem* item, bool checked) {
+    item->setCheckState(0, checked ? Qt::Checked : Qt::Unchecked);
+}
+
+int KeyedTree::rowOf(const QTreeWidgetItem* item) {
+    if (!item)
+        return -1;
+    const QVariant row = item->data(0, RowRole);
+    return row.isValid() ? row.toInt() : -1;
+}
+
+void KeyedTree::setRow(QTreeWidgetItem* item, int row) { item->setData(0, RowRole, row); }
+
+QString KeyedTree::fileCodeOf(const QTreeWidgetItem* item) {
+    return item ? item->data(0, FileCodeRole).toString() : QString();
+}
+
+void KeyedTree::setFileCode(QTreeWidgetItem* item, const QString& fileCode) {
+    item->setData(0, FileCodeRole, fileCode);
+}
+
+QTreeWidgetItem* KeyedTree::selectedNode() const {
+    const QList<QTreeWidgetItem*> selected = selectedItems();
+    return selected.isEmpty() ? nullptr : selected.first();
+}
+
+void KeyedTree::selectNode(QTreeWidgetItem* item) {
+    if (!item)
+        return;
+    setCurrentItem(item);
+    item->setSelected(true);
+}
+
+QRect KeyedTree::checkBoxRect(const QTreeWidgetItem* item) const {
+    if (!item)
+        return {};
+    const QModelIndex index = indexFromItem(item);
+    QStyleOptionViewItem option;
+    initViewItemOption(&option);
+    option.rect = visualRect(index);
+    option.index = index;
+    option.features |= QStyleOptionViewItem::HasCheckIndicator | QStyleOptionViewItem::HasDisplay;
+    option.checkState = item->checkState(0);
+    option.text = item->text(0);
+    if (!item->icon(0).isNull()) {
+        option.features |= QStyleOptionViewItem::HasDecoration;
+        option.icon = item->icon(0);
+    }
+    return style()->subElementRect(QStyle::SE_ItemViewItemCheckIndicator, &option, this);
+}
+
+bool KeyedTree::isOnCheckBox(const QPoint& viewportPos) const {
+    const QTreeWidgetItem* item = itemAt(viewportPos);
+    return item && checkBoxRect(item).contains(viewportPos);
+}
+
+void KeyedTree::checkChanged(QTreeWidgetItem* item) {
+    if (userAction_)
+        checked_.append(item);
+}
+
+void KeyedTree::currentChanged(QTreeWidgetItem* item) {
+    if (userAction_)
+        reached_ = item;
+}
+
+// The user's check changes and keyboard moves are reported once QTreeWidget has finished its
+// own handling, so that whatever their handlers do (even rebuilding the tree) does not run in
+// the middle of it and is not taken for a user action.
+void KeyedTree::emitPending() {
+    const QList<QTreeWidgetItem*> checked = std::exchange(checked_, {});
+    QTreeWidgetItem* reached = std::exchange(reached_, nullptr);
+    for (QTreeWidgetItem* item : checked)
+        Q_EMIT nodeCheck(item);
+    if (reached)
+        Q_EMIT nodeClick(reached);
+}
+
+void KeyedTree::focusInEvent(QFocusEvent* event) {
+    QTreeWidget::focusInEvent(event);
+    Q_EMIT focusReceived();
+}
+
+void KeyedTree::keyPressEvent(QKeyEvent* event) {
+    Q_EMIT keyDown(event->key());
+    userAction_ = true;
+    QTreeWidget::keyPressEvent(event);
+    userAction_ = false;
+    emitPending();
+}
+
+void KeyedTree::mousePressEvent(QMouseEvent* event) {
+    Q_EMIT mouseDown(event->button(), event->position().toPoint());
+    userAction_ = true;
+    QTreeWidget::mousePressEvent(event);
+    userAction_ = false;
+    reached_ = nullptr; // a mouse press is reported as a click on release
+    emitPending();
+}
+
+void KeyedTree::mouseReleaseEvent(QMouseEvent* event) {
+    const QPoint pos = event->position().toPoint();
+    userAction_ = true;
+    QTreeWidget::mouseReleaseEvent(event);
+    userAction_ = false;
+    reached_ = nullptr;
+    emitPending();
+    if (QTreeWidgetItem* item = itemAt(pos); item && event->button() == Qt::LeftButton)
+        Q_EMIT nodeClick(item);
+    Q_EMIT mouseUp(event->button(), pos);
+}
