@@ -1,0 +1,31 @@
+#include "pricelists/programend.h"
+
+#include "app/messages.h"
+#include "app/prompts.h"
+
+#include <cstdlib>
+#include <utility>
+
+namespace {
+
+ProgramEnd& programEnd() {
+    static ProgramEnd end;
+    return end;
+}
+
+} // namespace
+
+void EndProgram() {
+    if (programEnd()) {
+        programEnd()();
+        return;
+    }
+    std::exit(0);
+}
+
+ProgramEnd SetProgramEnd(ProgramEnd end) { return std::exchange(programEnd(), std::move(end)); }
+
+void RestartForConversion() {
+    MsgBox(LoadText(133));
+    EndProgram();
+}

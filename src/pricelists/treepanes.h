@@ -1,0 +1,40 @@
+#pragma once
+
+// The contents of the two upper panes of the main window: the list trees under their tab strip
+// (picForm 0) and the catalogue trees under theirs (picForm 1). Widgets only; what the user's
+// actions do is TreeInteractions', what the trees hold is TreeBuilder's.
+
+#include "pricelists/keyedtree.h"
+
+#include <QLabel>
+#include <QTabBar>
+#include <QWidget>
+#include <array>
+
+class ListTreePane : public QWidget {
+    Q_OBJECT
+public:
+    explicit ListTreePane(QWidget* parent = nullptr);
+
+    // Captions, in the order the main window sets them: the heading lblTvw, then the tabs.
+    void label();
+
+    QTabBar* tbsList = nullptr;
+    QWidget* picTvw = nullptr; // the strip holding the column heading
+    QLabel* lblTvw = nullptr;
+    std::array<KeyedTree*, 4> tvwList{};
+};
+
+class CatTreePane : public QWidget {
+    Q_OBJECT
+public:
+    explicit CatTreePane(QWidget* parent = nullptr);
+
+    void label();
+
+    QTabBar* tbsCat = nullptr;
+    std::array<KeyedTree*, 2> tvwCat{};
+};
+
+// The fixed-pitch font of the trees, so that the padded columns of a node line up.
+QFont ListTreeFont();
