@@ -1,0 +1,52 @@
+#include "pricelists/explistrules.h"
+
+#include "pricelists/configrules.h"
+#include "pricelists/treerules.h"
+
+#include <QKeyEvent>
+#include <QLineEdit>
+
+ExpListRules* ExpListRules::install(QLineEdit* field) { return new ExpListRules(field); }
+
+ExpListRules::ExpListRules(QLineEdit* field) : QObject(field), field_(field) {
+    field->installEventFilter(this);
+}
+
+QChar ExpListRules::keyPress(QChar typed) {
+    if (typed.unicode() == KeyEnter) {
+        field_->focusNextChild();
+        return {};
+    }
+    return typed.toUpper();
+}
+
+void ExpListRules::lostFocus() {
+    if (!field_->text().trimmed().isEmpty())
+        return;
+    QPalette palette = field_->palette();
+    palette.setColor(QPalette::Base, ToQColor(ColorInactive));
+    palette.setColor(QPalette::Window, ToQColor(ColorInactive));
+    field_->setPalette(palette);
+    field_->setEnabled(false);
+}
+
+bool ExpListRules::eventFilter(QObject* watched, QEvent* event) {
+    if (watched != field_)
+        return false;
+    if (event->type() == QEvent::FocusOut) {
+        lostFocus();
+        return false;
+    }
+    if (event->type() != QEvent::KeyPress)
+        return false;
+    auto* key = static_cast<QKeyEvent*>(event);
+    if (key->key() == Qt::Key_Return || key->key() == Qt::Key_Enter) {
+        keyPress(QChar(KeyEnter));
+        return true;
+    }
+    const QString text = key->text();
+    if (text.size() != 1 || !text.at(0).isLetter() || text.at(0).isUpper())
+        return false;
+    field_->insert(QString(keyPress(text.at(0))));
+    return true;
+}
