@@ -63,12 +63,12 @@ QPixmap SplashPicture(int nation) {
     p.fillRect(picture.rect(), sky);
     drawGear(p, QPointF(390, 95), 70, QColor(255, 255, 255, 40));
     drawGear(p, QPointF(300, 175), 42, QColor(255, 255, 255, 30));
-    drawPriceTag(p, QRectF(36, 48, 210, 64), QColor(230, 126, 34));
+    drawPriceTag(p, QRectF(36, 48, 250, 64), QColor(230, 126, 34));
 
-    QFont tagFont(QStringLiteral("DejaVu Sans"), 18, QFont::Bold);
+    QFont tagFont(QStringLiteral("DejaVu Sans"), 16, QFont::Bold);
     p.setFont(tagFont);
     p.setPen(Qt::white);
-    p.drawText(QRectF(80, 48, 166, 64), Qt::AlignCenter,
+    p.drawText(QRectF(94, 48, 186, 64), Qt::AlignCenter,
                french ? QStringLiteral("Listes de prix") : QStringLiteral("Price lists"));
 
     QFont name(QStringLiteral("DejaVu Serif"), 40, QFont::Bold);
@@ -95,7 +95,8 @@ frmSplash::frmSplash(QWidget* parent)
 
     const QString title = VersionedTitle();
     QApplication::setApplicationName(title);
-    Label2->setText(CompanyName() + u'\r' + title);
+    // The maker's name above the title (a label breaks its line on a line feed).
+    Label2->setText(CompanyName() + u'\n' + title);
     Label1->setText(LoadText(73));
     for (QLabel* label : {Label1, Label2}) {
         label->setStyleSheet(QStringLiteral("color: white; background: transparent;"));

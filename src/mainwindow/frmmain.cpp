@@ -9,6 +9,8 @@
 #include "mainwindow/commandstrip.h"
 
 #include <QApplication>
+#include <QCheckBox>
+#include <QPushButton>
 #include <QDesktopServices>
 #include <QKeyEvent>
 #include <QLabel>

@@ -1,0 +1,149 @@
+#include "mainwindow/frmmain.h"
+
+#include "app/appstate.h"
+#include "app/mdifrmmain.h"
+#include "app/messages.h"
+#include "comms/downloadpage.h"
+#include "mainwindow/commandstrip.h"
+#include "mainwindow/panelayout.h"
+
+#include "scriptedprompter.h"
+#include "tempinstall.h"
+
+#include <QCheckBox>
+#include <QLabel>
+#include <QPushButton>
+#include <QTabWidget>
+#include <QTest>
+#include <gtest/gtest.h>
+
+namespace {
+
+struct MainWindowFixture : ::testing::Test {
+    TempInstall install;
+    MDIfrmMain frame;
+    frmMain* main = nullptr;
+
+    void SetUp() override {
+        ResetAppState();
+        App().Settings.Nation = 1000;
+        App().Settings.Width = 0.56f;
+        App().Settings.Height = 0.37f;
+        App().RegistryKeyPath = QStringLiteral("Software\\Norvale Systems");
+        App().DataPath = install.dir(QStringLiteral("NVNV"));
+        main = new frmMain(&frame);
+        main->settingsStore = CRegSettings(install.settingsFile());
+        frame.setCentralWidget(main);
+        frame.resize(1000, 700);
+    }
+    void TearDown() override { ResetAppState(); }
+};
+
+void expectNear(const TwipRect& actual, const TwipRect& expected) {
+    EXPECT_NEAR(actual.left, expected.left, 1e-6);
+    EXPECT_NEAR(actual.top, expected.top, 1e-6);
+    EXPECT_NEAR(actual.width, expected.width, 1e-6);
+    EXPECT_NEAR(actual.height, expected.height, 1e-6);
+}
+
+} // namespace
+
+TEST(PaneLayout, PanesStandFromTheStoredFractionsWithTheSplitterRoom) {
+    const PanePlacement p = PlacePanes(10000, 8000, 0.56, 0.37);
+    expectNear(p.pane[0], TwipRect{0, 0, 5560, 2920});
+    expectNear(p.pane[1], TwipRect{5640, 0, 4360, 2920});
+    expectNear(p.pane[2], TwipRect{0, 3000, 10000, 5000});
+    expectNear(p.splitter[0], TwipRect{5555, 0, 85, 2920});
+    expectNear(p.splitter[1], TwipRect{0, 2910, 10000, 85});
+    // Saving the layout inverts the placement.
+    EXPECT_DOUBLE_EQ((p.pane[0].width + 40) / 10000, 0.56);
+    EXPECT_DOUBLE_EQ((p.pane[2].top - 40) / 8000, 0.37);
+}
+
+TEST_F(MainWindowFixture, LabelPutsTheCaptionsOfTheChosenLanguage) {
+    main->Load();
+    EXPECT_EQ(main->tbsInfo->tabText(0), QStringLiteral("Téléchargement"));
+    EXPECT_EQ(main->tbsInfo->tabText(3), QStringLiteral("Pièces"));
+    EXPECT_EQ(main->lblMenu[0]->text(), QStringLiteral("Sélectionner"));
+    EXPECT_EQ(main->lblMenu[2]->text(), QStringLiteral("Options"));
+    EXPECT_EQ(main->downloadPage->cmdOK->toolTip(), QStringLiteral("Télécharger"));
+
+    App().Settings.Nation = 2000;
+    frmMain english;
+    english.Load();
+    EXPECT_EQ(english.tbsInfo->tabText(2), QStringLiteral("Newsletters"));
+    EXPECT_EQ(english.lblMenu[1]->text(), QStringLiteral("Deactivate"));
+    EXPECT_EQ(english.downloadPage->lblCHK[4]->text(), QStringLiteral("Partdex"));
+}
+
+TEST_F(MainWindowFixture, ClosingAsksUnlessATransferRunsOrTheProgramMustQuit) {
+    main->Load();
+    {
+        ScriptedPrompter prompts;
+        prompts.expectMessage(MessageCatalogue::text(1035), Buttons::YesNo, Icon::None, QString(),
+                              Answer::No);
+        EXPECT_FALSE(main->QueryUnload());
+    }
+    {
+        ScriptedPrompter prompts;
+        prompts.expectMessage(MessageCatalogue::text(1035), Answer::Yes);
+        EXPECT_TRUE(main->QueryUnload());
+    }
+    {
+        ScriptedPrompter prompts; // no question at all while a transfer runs
+        main->downloadPage->cmdOK->setText(MessageCatalogue::text(1116));
+        EXPECT_FALSE(main->QueryUnload());
+        main->downloadPage->cmdOK->setText(MessageCatalogue::text(1096));
+    }
+    {
+        ScriptedPrompter prompts;
+        App().QuitWithoutAsking = true;
+        EXPECT_TRUE(main->QueryUnload());
+    }
+}
+
+TEST_F(MainWindowFixture, UnloadWritesTheSettingsBack) {
+    main->Load();
+    App().Settings.Port = 2101;
+    main->Unload();
+    const CRegSettings store(install.settingsFile());
+    EXPECT_EQ(store.QueryValue(App().RegistryKeyPath, QStringLiteral("Port")),
+              QStringLiteral("2101"));
+    EXPECT_EQ(store.QueryValue(App().RegistryKeyPath, QStringLiteral("Drive")), install.drive());
+}
+
+TEST_F(MainWindowFixture, AltArrowsMoveTheFramePictureAndAreConsumed) {
+    main->Load();
+    frame.show();
+    main->Activate();
+    QWidget* picFrame = main->downloadPage->picFrame;
+    const QPoint start = picFrame->pos();
+    const int step = TwipsToPixels(120, main->logicalDpiX());
+    EXPECT_TRUE(main->KeyDown(Qt::Key_Right, Qt::AltModifier));
+    EXPECT_TRUE(main->KeyDown(Qt::Key_Down, Qt::AltModifier));
+    EXPECT_EQ(picFrame->pos(), start + QPoint(step, step));
+    EXPECT_TRUE(main->KeyDown(Qt::Key_Left, Qt::AltModifier));
+    EXPECT_TRUE(main->KeyDown(Qt::Key_Up, Qt::AltModifier));
+    EXPECT_EQ(picFrame->pos(), start);
+    EXPECT_TRUE(main->KeyDown(Qt::Key_X, Qt::AltModifier));
+    EXPECT_FALSE(main->KeyDown(Qt::Key_X, Qt::NoModifier));
+}
+
+TEST_F(MainWindowFixture, UpdateModeDisablesTheCommandsAndUpdateChoices) {
+    App().UpdateMode = true;
+    main->Load();
+    for (QLabel* button : main->picMenu)
+        EXPECT_FALSE(button->isEnabled());
+    for (auto* box : main->downloadPage->chkMAJ)
+        EXPECT_FALSE(box->isEnabled());
+}
+
+TEST_F(MainWindowFixture, FrameButtonsActByTheirKey) {
+    ScriptedPrompter prompts;
+    prompts.expectMessage(QStringLiteral("Ajouter le code du bouton 'Check'."));
+    prompts.expectMessage(QStringLiteral("Ajouter le code du bouton 'Stop'."));
+    frame.ButtonClick(QStringLiteral("Check"));
+    frame.ButtonClick(QStringLiteral("Centrer"));
+    frame.ButtonClick(QStringLiteral("Stop"));
+    frame.ButtonClick(QStringLiteral("Other"));
+}
