@@ -95,6 +95,7 @@ frmSplash::frmSplash(QWidget* parent)
 
     const QString title = VersionedTitle();
     QApplication::setApplicationName(title);
+    setWindowTitle(LoadText(0));
     // The maker's name above the title (a label breaks its line on a line feed).
     Label2->setText(CompanyName() + u'\n' + title);
     Label1->setText(LoadText(73));
