@@ -104,7 +104,8 @@ void frmQuestion::load() {
     lblBouton[2]->setText(LoadText(142));
     lblDepartement->setText(LoadText(13));
     if (departementSource())
-        setDepartements(departementSource()());
+        departements_ = departementSource()();
+    fillDepartements();
 }
 
 // The controls go back to the values they had when the dialog was first made; the answers the
@@ -114,10 +115,8 @@ void frmQuestion::unload() {
     lblEntree->clear();
     chkOption->setText(QString());
     chkOption->setChecked(false);
-    cmbDepart->clear();
-    for (QWidget* control : {static_cast<QWidget*>(lblEntree), static_cast<QWidget*>(txtQuestion),
-                             static_cast<QWidget*>(lblDepartement),
-                             static_cast<QWidget*>(cmbDepart), static_cast<QWidget*>(chkOption)})
+    const QList<QWidget*> optional = {lblEntree, txtQuestion, lblDepartement, cmbDepart, chkOption};
+    for (QWidget* control : optional)
         control->setVisible(true);
     resetButtonColours();
     load();
@@ -140,8 +139,13 @@ void frmQuestion::setDepartementSource(std::function<QList<Departement>()> sourc
 }
 
 void frmQuestion::setDepartements(const QList<Departement>& rows) {
+    departements_ = rows;
+    fillDepartements();
+}
+
+void frmQuestion::fillDepartements() {
     cmbDepart->clear();
-    for (const Departement& row : rows)
+    for (const Departement& row : departements_)
         cmbDepart->addItem(row.description, row.code);
     cmbDepart->setCurrentIndex(-1);
 }

@@ -46,7 +46,8 @@ public:
 
     // Where the department list takes its rows at each load (the data store's DEPART table).
     static void setDepartementSource(std::function<QList<Departement>()> source);
-    // Fills the department list now with the given rows.
+    // Fills the department list now with the given rows (also at each later load when no source
+    // is set).
     void setDepartements(const QList<Departement>& rows);
     // Preselects the department with this code (none when no row has it).
     void selectDepartement(const QString& code);
@@ -80,9 +81,11 @@ private:
     void load();
     void unload();
     void resetButtonColours();
+    void fillDepartements();
 
     QString titreFenetre_;
     QString texteQuestion_;
     QString valeurDefaut_;
     QString bouton_ = QStringLiteral("0");
+    QList<Departement> departements_;
 };
