@@ -24,7 +24,7 @@ frmErrMsg::frmErrMsg(QWidget* parent) : QDialog(parent) {
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(lblMessage);
     layout->addLayout(buttons);
-    setMinimumWidth(400);
+    setMinimumWidth(460);
 }
 
 void frmErrMsg::cmdOKClick() {
