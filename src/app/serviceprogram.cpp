@@ -28,12 +28,9 @@ struct StartFailure {
     QString description;
 };
 
+// The operation codes of the service program: "0" and "2" to "9".
 bool startsProgram(const QString& op) {
-    static const QStringList codes = {
-        QStringLiteral("0"), QStringLiteral("2"), QStringLiteral("3"),
-        QStringLiteral("4"), QStringLiteral("5"), QStringLiteral("6"),
-        QStringLiteral("7"), QStringLiteral("8"), QStringLiteral("9")};
-    return codes.contains(op);
+    return op.size() == 1 && QStringLiteral("023456789").contains(op[0]);
 }
 
 QStringList commandArguments(const QString& op, qint16 flag) {
