@@ -95,6 +95,20 @@ TEST_F(ServiceProgramTest, OtherCodesStartNothingAndGiveThePreviousTaskId) {
     EXPECT_EQ(loggedCalls(), QStringList({"8 2"}));
 }
 
+TEST_F(ServiceProgramTest, AnotherCodeDuringARunWaitsForThatRunToEnd) {
+    installProgram(HiddenString(0));
+    qputenv("NVSERVICE_DELAY_MS", "300");
+    qint64 seenInside = -1;
+    QStringList loggedWhenBack;
+    QTimer::singleShot(20, [&] {
+        seenInside = RunServiceProgram(QStringLiteral("1"), 0);
+        loggedWhenBack = loggedCalls();
+    });
+    const qint64 run = RunServiceProgram(QStringLiteral("7"), 0);
+    EXPECT_EQ(seenInside, run);
+    EXPECT_EQ(loggedWhenBack, QStringList({"7 2"}));
+}
+
 TEST_F(ServiceProgramTest, AProgramThatCannotStartGivesItsBoxAndMinusOne) {
     {
         ScriptedPrompter prompts;
