@@ -1,0 +1,145 @@
+// Writes, through the engine, every kind of table the program writes (rows written by update
+// and by addNew, ALTER TABLE, SELECT ... INTO, CREATE TABLE, INSERT INTO ... SELECT, two code
+// pages, deleted records) into a directory, and prints what the engine reads in each as JSON
+// for dbfread_check.py to compare with an independent reader.
+#include "dbase/dberror.h"
+#include "dbase/dbfformat.h"
+#include "dbase/recordset.h"
+#include "dbase/tablefile.h"
+#include "dbase/tablewriter.h"
+#include "dbase/textcodec.h"
+
+#include <QCoreApplication>
+#include <QDate>
+#include <QDir>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <iostream>
+
+namespace {
+
+const QList<FieldDef> Kinds = {{"NAME", 'C', 12, 0},
+                               {"PRICE", 'N', 9, 2},
+                               {"QTY", 'N', 5, 0},
+                               {"SINCE", 'D', 8, 0},
+                               {"ACTIVE", 'L', 1, 0}};
+
+NewTable kindsTable(quint8 driver) {
+    NewTable t;
+    t.languageDriver = driver;
+    t.fields = Kinds;
+    t.rows = {{QString::fromUtf8("Crème brûlée"), 12.5, 3, QDate(2024, 2, 29), true},
+              {"Deleted row", 1.0, 1, QDate(1999, 12, 31), false},
+              {QVariant(), QVariant(), QVariant(), QVariant(), QVariant()},
+              {"  lead", -0.25, -12, QDate(2030, 1, 1), false}};
+    t.deleted = {false, true, false, false};
+    return t;
+}
+
+QJsonValue json(const QVariant& v) {
+    if (v.isNull())
+        return QJsonValue::Null;
+    switch (v.typeId()) {
+    case QMetaType::QDate:
+        return v.toDate().toString(Qt::ISODate);
+    case QMetaType::Bool:
+        return v.toBool();
+    case QMetaType::Double:
+        return v.toDouble();
+    default:
+        return v.toString();
+    }
+}
+
+QJsonObject describe(const QString& path, const QString& name) {
+    const TableSnapshot t = TableFile::load(path, name);
+    QJsonArray fields;
+    for (const FieldDef& f : t.header.fields)
+        fields.append(f.name);
+    QJsonArray records;
+    for (quint32 recno = 1; recno <= t.header.recordCount; ++recno) {
+        QJsonArray values;
+        for (int i = 0; i < t.header.fields.size(); ++i)
+            values.append(json(Dbf::decodeField(t.record(recno) + t.header.offsets[i],
+                                                t.header.fields[i], *t.codec)));
+        records.append(QJsonObject{{"deleted", t.isDeleted(recno)}, {"values", values}});
+    }
+    return QJsonObject{{"file", path},
+                       {"encoding", QString::fromLatin1(t.codec->name())},
+                       {"count", qint64(t.header.recordCount)},
+                       {"fields", fields},
+                       {"records", records}};
+}
+
+void writeTables(const QString& dir) {
+    const QDir d(dir);
+    writeNewTable(d.filePath("KINDS.DBF"), kindsTable(0x57));
+    writeNewTable(d.filePath("OEM.DBF"), kindsTable(0x02));
+    writeNewTable(d.filePath("UPDATED.DBF"), kindsTable(0x57));
+    Connection c;
+    c.open(dir);
+    {
+        Recordset rs;
+        rs.open("UPDATED", c, CursorType::Keyset, LockType::Optimistic);
+        rs.setValue("NAME", QString::fromUtf8("Déjà vu"));
+        rs.setValue("PRICE", "99.99");
+        rs.update();
+        rs.moveNext();
+        rs.setValue("ACTIVE", true);
+        rs.setValue("SINCE", QVariant());
+        rs.addNew();
+        rs.setValue("NAME", "Added");
+        rs.setValue("QTY", 7);
+        rs.update();
+    }
+    c.execute("SELECT * INTO ALTERED FROM KINDS");
+    c.execute("ALTER TABLE ALTERED ADD COLUMN CATNO TEXT(254)");
+    {
+        Recordset rs;
+        rs.open("SELECT * FROM ALTERED ORDER BY NAME", c, CursorType::Keyset,
+                LockType::BatchOptimistic);
+        for (; !rs.eof(); rs.moveNext())
+            rs.setValue("CATNO", "ABC;XYZ;");
+        rs.updateBatch();
+    }
+    c.execute("SELECT NAME, ACTIVE INTO SUBSET FROM KINDS WHERE ACTIVE = False OR NAME IS NULL");
+    c.execute("CREATE TABLE MEREMPLA (ORI TEXT(15), NEW TEXT(15))");
+    {
+        Recordset rs;
+        rs.open("MEREMPLA", c, CursorType::Keyset, LockType::Optimistic);
+        for (const char* ori : {"ABC-100", "XYZ 200"}) {
+            rs.addNew();
+            rs.setValue("ORI", ori);
+            rs.setValue("NEW", QString::fromLatin1(ori) + "B");
+            rs.update();
+        }
+    }
+    c.execute("SELECT * INTO INSERTED FROM KINDS WHERE 1 = 0");
+    c.execute("ALTER TABLE INSERTED ADD COLUMN EXTRA TEXT(5)");
+    c.execute("INSERT INTO INSERTED SELECT * FROM OEM");
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    QCoreApplication app(argc, argv);
+    if (argc != 2) {
+        std::cerr << "usage: dbase_dbfread_tables DIR" << std::endl;
+        return 2;
+    }
+    const QString dir = app.arguments()[1];
+    try {
+        writeTables(dir);
+        QJsonArray tables;
+        for (const char* name :
+             {"KINDS", "OEM", "UPDATED", "ALTERED", "SUBSET", "MEREMPLA", "INSERTED"})
+            tables.append(describe(QDir(dir).filePath(QString::fromLatin1(name) + ".DBF"),
+                                   QString::fromLatin1(name)));
+        std::cout << QJsonDocument(tables).toJson().toStdString();
+    } catch (const DbError& e) {
+        std::cerr << "error " << e.number() << ": " << e.description().toStdString() << std::endl;
+        return 1;
+    }
+    return 0;
+}

@@ -1,0 +1,204 @@
+// Recordsets as the program drives them: moves, edits in both lock types, filters, find.
+#include "dbasefixture.h"
+
+#include "dbase/dberror.h"
+#include "dbase/recordset.h"
+
+#include <QSignalSpy>
+
+namespace {
+
+QStringList codes(Recordset& rs) {
+    QStringList values;
+    for (rs.moveFirst(); !rs.eof(); rs.moveNext())
+        values << rs.value("FICHIER").toString();
+    return values;
+}
+
+} // namespace
+
+class RecordsetTest : public DbaseTest {
+protected:
+    void SetUp() override {
+        DbaseTest::SetUp();
+        makeTable("PRIXLIST.DBF",
+                  {logicalField("UTILISER"), textField("DESC", 12), textField("FICHIER", 4),
+                   textField("CODEGRO", 4), logicalField("PASOBLIGER"), textField("CATNO", 20)},
+                  {{true, "Delta", "D", "AB", false, "XYZ;"},
+                   {false, "Alpha", "A", "AB", true, QVariant()},
+                   {true, "Charlie", "C", "CD", false, "ABC;XYZ;"},
+                   {true, "Bravo", "B", "AB", false, QVariant()}});
+    }
+
+    void open(LockType lock = LockType::Optimistic) {
+        rs.open("SELECT * FROM PRIXLIST ORDER BY [DESC]", connection, CursorType::Keyset, lock);
+    }
+
+    QStringList storedCodes() {
+        Recordset fresh;
+        fresh.open("PRIXLIST", connection);
+        QStringList values;
+        for (; !fresh.eof(); fresh.moveNext())
+            values << fresh.value("CODEGRO").toString();
+        return values;
+    }
+
+    Recordset rs;
+};
+
+TEST_F(RecordsetTest, MovesAndPositions) {
+    open();
+    EXPECT_EQ(rs.recordCount(), 4);
+    EXPECT_EQ(rs.absolutePosition(), 1);
+    EXPECT_FALSE(rs.bof());
+    rs.move(2, MoveStart::First);
+    EXPECT_EQ(rs.value("FICHIER").toString(), "C");
+    rs.move(1);
+    EXPECT_EQ(rs.absolutePosition(), 4);
+    rs.moveNext();
+    EXPECT_TRUE(rs.eof());
+    EXPECT_EQ(rs.absolutePosition(), PositionEof);
+    EXPECT_DB_ERROR(rs.moveNext(), DbErrors::NoCurrentRow);
+    EXPECT_DB_ERROR(rs.value(0), DbErrors::NoCurrentRow);
+    rs.moveLast();
+    rs.move(-10);
+    EXPECT_TRUE(rs.bof());
+    EXPECT_EQ(rs.absolutePosition(), PositionBof);
+    EXPECT_DB_ERROR(rs.movePrevious(), DbErrors::NoCurrentRow);
+    rs.move(10, MoveStart::First);
+    EXPECT_TRUE(rs.eof());
+    rs.setAbsolutePosition(2);
+    EXPECT_EQ(rs.value(2).toString(), "B");
+    EXPECT_DB_ERROR(rs.value(6), DbErrors::NoSuchField);
+    EXPECT_DB_ERROR(rs.value("NOPE"), DbErrors::NoSuchField);
+}
+
+TEST_F(RecordsetTest, AClosedRecordsetRefusesEverythingWith3704) {
+    open();
+    EXPECT_DB_ERROR(rs.setLockType(LockType::BatchOptimistic), DbErrors::Open);
+    rs.close();
+    EXPECT_FALSE(rs.isOpen());
+    EXPECT_DB_ERROR(rs.moveFirst(), 3704);
+    EXPECT_DB_ERROR(rs.value(0), 3704);
+    EXPECT_DB_ERROR(rs.recordCount(), 3704);
+    EXPECT_DB_ERROR(rs.eof(), 3704);
+    EXPECT_DB_ERROR(rs.setFilter(""), 3704);
+    EXPECT_DB_ERROR(rs.requery(), 3704);
+    EXPECT_DB_ERROR(rs.update(), 3704);
+    EXPECT_DB_ERROR(rs.close(), 3704);
+    // Reopening with its former source and a new lock type, as activation does.
+    rs.setLockType(LockType::BatchOptimistic);
+    rs.open();
+    EXPECT_EQ(rs.recordCount(), 4);
+    connection.close();
+    rs.setValue("CODEGRO", "ZZ");
+    EXPECT_DB_ERROR(rs.updateBatch(), 3704);
+}
+
+TEST_F(RecordsetTest, OptimisticEditsAreSavedOnUpdateOrWhenMovingOff) {
+    open();
+    QSignalSpy moved(&rs, &Recordset::currentRowChanged);
+    QSignalSpy edited(&rs, &Recordset::valueChanged);
+    rs.setValue("CODEGRO", "NEW");
+    EXPECT_EQ(edited.count(), 1);
+    EXPECT_EQ(edited.at(0).at(0).toInt(), 3);
+    EXPECT_EQ(rs.editMode(), EditMode::InProgress);
+    EXPECT_EQ(rs.value("CODEGRO").toString(), "NEW");
+    EXPECT_EQ(rs.storedValue(3).toString(), "AB");
+    rs.moveNext(); // Alpha is saved by leaving it
+    EXPECT_EQ(moved.count(), 1);
+    EXPECT_EQ(storedCodes(), QStringList({"AB", "NEW", "CD", "AB"}));
+    rs.setValue("CODEGRO", "");
+    rs.cancelUpdate();
+    EXPECT_EQ(rs.value("CODEGRO").toString(), "AB");
+    rs.setValue("CATNO", "");
+    rs.update();
+    EXPECT_TRUE(rs.value("CATNO").isNull()) << "an empty text is stored as blanks";
+    rs.addNew();
+    rs.setValue("FICHIER", "E");
+    rs.cancelUpdate();
+    EXPECT_EQ(rs.recordCount(), 4);
+    EXPECT_EQ(rs.value("FICHIER").toString(), "B") << "back on the row before addNew";
+}
+
+TEST_F(RecordsetTest, BatchEditsStayPendingUntilUpdateBatch) {
+    open(LockType::BatchOptimistic);
+    rs.setValue("CODEGRO", "X1");
+    rs.move(3, MoveStart::First);
+    rs.setValue("CODEGRO", "X4");
+    rs.setValue("UTILISER", true);
+    rs.moveFirst();
+    EXPECT_EQ(rs.value("CODEGRO").toString(), "X1") << "pending values stay visible";
+    EXPECT_TRUE(rs.hasPendingChanges());
+    EXPECT_EQ(storedCodes(), QStringList({"AB", "AB", "CD", "AB"}));
+    rs.updateBatch();
+    EXPECT_FALSE(rs.hasPendingChanges());
+    EXPECT_EQ(storedCodes(), QStringList({"X4", "X1", "CD", "AB"}));
+
+    rs.setValue("CODEGRO", "Y1");
+    rs.addNew();
+    rs.setValue("FICHIER", "E");
+    rs.moveFirst();
+    rs.cancelBatch();
+    EXPECT_EQ(rs.recordCount(), 4);
+    EXPECT_EQ(rs.value("CODEGRO").toString(), "X1");
+    rs.setValue("CODEGRO", "Y2");
+    rs.close(); // a batch not written is dropped with the recordset
+    rs.setLockType(LockType::Optimistic);
+    rs.open();
+    EXPECT_EQ(rs.value("CODEGRO").toString(), "X1");
+}
+
+TEST_F(RecordsetTest, FiltersWithTheProgramsExpressions) {
+    open();
+    rs.setFilter("[UTILISER] = True AND [CODEGRO] = 'AB'");
+    EXPECT_EQ(codes(rs), QStringList({"B", "D"}));
+    rs.setFilter("[CODEGRO] = 'CD' OR [PASOBLIGER] = -1");
+    EXPECT_EQ(codes(rs), QStringList({"A", "C"}));
+    rs.setFilter("[CODEGRO] = 'AB' AND [UTILISER]=True");
+    EXPECT_EQ(rs.recordCount(), 2);
+    rs.setFilter("[FICHIER] = 'C'");
+    EXPECT_EQ(rs.absolutePosition(), 1);
+    rs.setValue("CATNO", "ABC;");
+    rs.setFilter("");
+    EXPECT_EQ(rs.recordCount(), 4);
+    EXPECT_EQ(rs.filter(), "");
+    rs.move(2, MoveStart::First);
+    EXPECT_EQ(rs.value("CATNO").toString(), "ABC;") << "the filtered row was saved";
+    rs.setFilter("[FICHIER] = 'Q'");
+    EXPECT_TRUE(rs.eof() && rs.bof());
+    EXPECT_EQ(rs.absolutePosition(), PositionUnknown);
+    EXPECT_DB_ERROR(rs.setFilter("[CODEGRO] = [FICHIER]"), DbErrors::Syntax);
+    EXPECT_DB_ERROR(rs.setFilter("[NOPE] = 1"), DbErrors::NoSuchField);
+    EXPECT_EQ(rs.filter(), "[FICHIER] = 'Q'") << "a refused filter leaves the former one";
+}
+
+TEST_F(RecordsetTest, FindFromTheFirstOrTheCurrentRow) {
+    open();
+    rs.find("FICHIER = 'C'", 0, SearchDirection::Forward, MoveStart::First);
+    EXPECT_EQ(rs.absolutePosition(), 3);
+    rs.find("[CODEGRO] = 'CD'", 1);
+    EXPECT_TRUE(rs.eof()) << "nothing after Charlie matches";
+    rs.moveFirst();
+    rs.find("[CODEGRO] = 'AB'", 1);
+    EXPECT_EQ(rs.value("FICHIER").toString(), "B") << "skipping the current row";
+    rs.find("FICHIER = 'A'", 0, SearchDirection::Backward);
+    EXPECT_EQ(rs.absolutePosition(), 1);
+    EXPECT_DB_ERROR(rs.find("FICHIER = 'A' AND CODEGRO = 'AB'"), DbErrors::Syntax);
+}
+
+TEST_F(RecordsetTest, RequerySeesTheTableAsItIsNow) {
+    open();
+    Recordset other;
+    other.open("PRIXLIST", connection, CursorType::Keyset, LockType::Optimistic);
+    other.addNew();
+    other.setValue("DESC", "Echo");
+    other.setValue("FICHIER", "E");
+    other.update();
+    EXPECT_EQ(rs.recordCount(), 4);
+    rs.setFilter("[UTILISER] = True");
+    rs.requery();
+    EXPECT_EQ(rs.filter(), "[UTILISER] = True");
+    rs.setFilter("");
+    EXPECT_EQ(codes(rs), QStringList({"A", "B", "C", "D", "E"}));
+}
