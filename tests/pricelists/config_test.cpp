@@ -1,0 +1,193 @@
+// The configuration pane: its key rules, the cost level default and SauveChange.
+
+#include "listfixture.h"
+
+#include "app/messages.h"
+#include "pricelists/configeditor.h"
+#include "pricelists/configpane.h"
+#include "pricelists/keyedtree.h"
+#include "pricelists/treeinteractions.h"
+#include "pricelists/treepanes.h"
+#include "scriptedprompter.h"
+
+#include <QApplication>
+#include <QTest>
+#include <gtest/gtest.h>
+
+namespace {
+
+const QDate Past(2026, 2, 1);
+
+QList<ListRow> lists() {
+    return {{"A FREINS", "AAA", true, Past, Past, "AB", false, 0.0},
+            {"B FILTRES", "BBB", true, Past, Past, "BOS", true, QVariant()},
+            {"C BOUGIES", "CCC", true, Past, Past, "CH", false, 2.0}};
+}
+
+QList<CatalogueRow> catalogues() { return {{"ABC", "Alpha"}}; }
+
+// Shows a list as a click on its node in the first tree does.
+void show(ListFixture& f, const QString& key) {
+    KeyedTree& tree = f.list(0);
+    tree.selectNode(tree.node(key));
+    f.ui->interactions().Nodeclick(0, tree.node(key));
+}
+
+// What the binding does when the user types into the group-code field.
+void editGroupCode(ListFixture& f, const QString& text) {
+    ConfigField* field = f.ui->configPane->txtConfig[PrixField::CodeGro];
+    field->setFocus();
+    field->selectAll();
+    field->del();
+    for (QChar c : text)
+        QTest::keyClick(field, c.toLatin1());
+    if (text.isEmpty())
+        Q_EMIT field->textEdited(QString());
+    f.rsPrixList.setValue(PrixField::CodeGro, field->text());
+}
+
+void expectSaveQuestion(ScriptedPrompter& prompts, Answer answer) {
+    prompts.expectMessage(LoadText(61), Buttons::YesNo, Icon::Warning, QString(), answer);
+}
+
+} // namespace
+
+TEST(Config, AnEmptyOrZeroCostLevelIsSavedAsThree) {
+    ListFixture f(lists(), catalogues());
+    f.ui->refresh();
+    show(f, "L000");
+    EXPECT_EQ(f.storedField("AAA", "COUTDE").toDouble(), 3.0);
+    EXPECT_TRUE(f.ui->configPane->optDe[2]->isChecked());
+    show(f, "L001");
+    EXPECT_EQ(f.storedField("BBB", "COUTDE").toDouble(), 3.0);
+    show(f, "L002");
+    EXPECT_EQ(f.storedField("CCC", "COUTDE").toDouble(), 2.0);
+    EXPECT_TRUE(f.ui->configPane->optDe[1]->isChecked());
+    EXPECT_EQ(f.state.ConfigDirty, Dirty::None);
+
+    // Choosing another level marks the row as changed.
+    f.ui->configPane->optDe[0]->click();
+    EXPECT_EQ(f.state.ConfigDirty, Dirty::Pane);
+    EXPECT_EQ(f.rsPrixList.value(PrixField::CoutDe).toDouble(), 1.0);
+}
+
+TEST(Config, TypedKeysFollowTheFieldRules) {
+    ListFixture f(lists(), catalogues());
+    f.ui->refresh();
+    show(f, "L002");
+    ConfigPane& pane = *f.ui->configPane;
+    ConfigField* code = pane.txtConfig[PrixField::CodeGro];
+    code->setText("");
+    code->setFocus();
+    QTest::keyClicks(code, "ab12c");
+    EXPECT_EQ(code->text(), "AB12");
+    EXPECT_EQ(f.state.ConfigDirty, Dirty::Pane);
+    EXPECT_TRUE(f.rsPrixList.value(PrixField::Utiliser).toBool());
+    QTest::keyClick(code, Qt::Key_Backspace);
+    EXPECT_EQ(code->text(), "AB1");
+
+    // Enter types nothing and moves on.
+    QTest::keyClick(code, Qt::Key_Return);
+    EXPECT_EQ(code->text(), "AB1");
+    EXPECT_NE(QApplication::focusWidget(), code);
+
+    ConfigField* percent = pane.txtConfig[PrixField::CoutPct];
+    percent->setFocus();
+    percent->setText("");
+    QTest::keyClicks(percent, "1a2.5%");
+    EXPECT_EQ(percent->text(), "12.5");
+
+    // The focus selects the whole text, which typing then replaces, even in a full field.
+    code->setText("WXYZ");
+    percent->setFocus();
+    code->setFocus();
+    EXPECT_EQ(code->selectedText(), "WXYZ");
+    QTest::keyClicks(code, "q");
+    EXPECT_EQ(code->text(), "Q");
+    f.rsPrixList.cancelUpdate();
+    f.state.ConfigDirty = Dirty::None;
+}
+
+TEST(Config, AnsweringNoRestoresTheFieldDropsTheChangesAndUnchecksEveryList) {
+    ListFixture f(lists(), catalogues());
+    f.ui->refresh();
+    f.state.ListMarks(0, 0) = "AAA";
+    f.state.ListMarks(0, 2) = "CCC";
+    f.ui->refresh();
+    show(f, "L002");
+    editGroupCode(f, "ZZ");
+    ASSERT_EQ(f.state.ConfigDirty, Dirty::Pane);
+    ASSERT_EQ(QApplication::focusWidget(), f.ui->configPane->txtConfig[PrixField::CodeGro]);
+    {
+        ScriptedPrompter prompts;
+        expectSaveQuestion(prompts, Answer::No);
+        EXPECT_TRUE(!f.ui->saveIfDirty());
+    }
+    EXPECT_EQ(f.ui->configPane->txtConfig[PrixField::CodeGro]->text(), "CH");
+    EXPECT_EQ(f.storedField("CCC", "CODEGRO").toString(), "CH");
+    EXPECT_EQ(f.state.ConfigDirty, Dirty::None);
+    EXPECT_EQ(f.state.ListMarks.selectedCount(), 0);
+    EXPECT_FALSE(KeyedTree::isChecked(f.list(0).node("L000")));
+    EXPECT_FALSE(KeyedTree::isChecked(f.list(0).node("L002")));
+    EXPECT_TRUE(f.list(0).isEnabled());
+    EXPECT_FALSE(f.window->testAttribute(Qt::WA_SetCursor));
+}
+
+TEST(Config, ClickingAnotherListWithChangesPendingAsksFirst) {
+    ListFixture f(lists(), catalogues());
+    f.ui->refresh();
+    show(f, "L002");
+    editGroupCode(f, "XY");
+    KeyedTree& tree = f.list(0);
+    const QRect box = tree.checkBoxRect(tree.node("L000"));
+    {
+        ScriptedPrompter prompts;
+        expectSaveQuestion(prompts, Answer::Yes);
+        QTest::mouseClick(tree.viewport(), Qt::LeftButton, {},
+                          QPoint(box.right() + 60, box.center().y()));
+    }
+    // The edited list was saved, not the one clicked.
+    EXPECT_EQ(f.storedField("CCC", "CODEGRO").toString(), "XY");
+    EXPECT_EQ(f.storedField("AAA", "CODEGRO").toString(), "AB");
+    EXPECT_EQ(f.state.ConfigDirty, Dirty::None);
+}
+
+TEST(Config, AnEmptiedRequiredGroupCodeIsRefusedWithItsListAsTitle) {
+    ListFixture f(lists(), catalogues());
+    f.ui->refresh();
+    show(f, "L002");
+    editGroupCode(f, "");
+    {
+        ScriptedPrompter prompts;
+        expectSaveQuestion(prompts, Answer::Yes);
+        prompts.expectMessage(LoadText(138), Buttons::Ok, Icon::None, "C BOUGIES", Answer::Ok);
+        f.ui->saveIfDirty();
+    }
+    EXPECT_EQ(f.storedField("CCC", "CODEGRO").toString(), "CH");
+    EXPECT_EQ(f.rsPrixList.value(PrixField::CodeGro).toString(), "CH");
+    EXPECT_EQ(f.state.ConfigDirty, Dirty::None);
+
+    // A list that needs no group code is saved without one.
+    show(f, "L001");
+    editGroupCode(f, "");
+    {
+        ScriptedPrompter prompts;
+        expectSaveQuestion(prompts, Answer::Yes);
+        EXPECT_TRUE(f.ui->config().SauveChange(f.state.ConfigDirty));
+    }
+    EXPECT_TRUE(f.storedField("BBB", "CODEGRO").isNull());
+}
+
+TEST(Config, ABatchOfActivationsIsWrittenAtOnce) {
+    ListFixture f(lists(), catalogues());
+    f.ui->refresh();
+    f.rsPrixList.move(1, MoveStart::First);
+    f.rsPrixList.setValue(PrixField::Fournis, "NORVALE");
+    f.state.ConfigDirty = Dirty::Batch;
+    {
+        ScriptedPrompter prompts;
+        expectSaveQuestion(prompts, Answer::Yes);
+        EXPECT_TRUE(f.ui->config().SauveChange(Dirty::Batch));
+    }
+    EXPECT_EQ(f.storedField("BBB", "FOURNIS").toString(), "NORVALE");
+}

@@ -1,0 +1,162 @@
+// The user's actions on the trees and the tab strips.
+
+#include "listfixture.h"
+
+#include "app/messages.h"
+#include "pricelists/configpane.h"
+#include "pricelists/imagelist.h"
+#include "pricelists/keyedtree.h"
+#include "pricelists/treeinteractions.h"
+#include "pricelists/treepanes.h"
+
+#include <QTest>
+#include <gtest/gtest.h>
+
+namespace {
+
+const QDate Past(2026, 2, 1);
+
+QList<ListRow> lists() {
+    return {{"A FREINS", "AAA", true, Past, Past, "AB", false, 1.0, "", "ABC;"},
+            {"B FILTRES", "BBB", true, Past, {}, "BOS"},
+            {"C BOUGIES", "CCC", true, Past, Past, "", false, 2.0, "", "ABC;"},
+            {"D COURROIES", "DDD", false, Past, Past}};
+}
+
+QList<CatalogueRow> catalogues() { return {{"ABC", "Alpha"}, {"XY", "Xray"}}; }
+
+// A point on the text of a node, well clear of its check box.
+QPoint onText(KeyedTree& tree, QTreeWidgetItem* node) {
+    const QRect box = tree.checkBoxRect(node);
+    return {box.right() + 60, box.center().y()};
+}
+
+} // namespace
+
+TEST(Interactions, TickingTheBoxClickingTheTextAndTheSpaceBar) {
+    ListFixture f(lists(), catalogues());
+    f.ui->refresh();
+    KeyedTree& tree = f.list(0);
+    QTreeWidgetItem* b = tree.node("L001");
+    QTreeWidgetItem* c = tree.node("L002");
+
+    // On the box: ticked, marked, selected and shown.
+    QTest::mouseClick(tree.viewport(), Qt::LeftButton, {}, tree.checkBoxRect(b).center());
+    EXPECT_TRUE(KeyedTree::isChecked(b));
+    EXPECT_EQ(f.state.ListMarks(0, 1), "BBB");
+    EXPECT_EQ(f.state.CurrentListRow, 1);
+    EXPECT_EQ(tree.selectedNode(), b);
+    EXPECT_EQ(f.ui->configPane->lblConfig[1]->text(), "B FILTRES");
+    EXPECT_EQ(f.state.PendingCheckNode, nullptr);
+
+    // On the text: selected and shown, the mark left as it was.
+    QTest::mouseClick(tree.viewport(), Qt::LeftButton, {}, onText(tree, c));
+    EXPECT_FALSE(KeyedTree::isChecked(c));
+    EXPECT_TRUE(f.state.ListMarks(0, 2).isEmpty());
+    EXPECT_EQ(tree.selectedNode(), c);
+    EXPECT_EQ(f.state.CurrentListRow, 2);
+    EXPECT_EQ(f.ui->configPane->lblConfig[1]->text(), "C BOUGIES");
+    EXPECT_TRUE(f.ui->configPane->optDe[1]->isChecked());
+
+    // The space bar toggles the selected list's mark.
+    QTest::keyClick(&tree, Qt::Key_Space);
+    EXPECT_TRUE(KeyedTree::isChecked(c));
+    EXPECT_EQ(f.state.ListMarks(0, 2), "CCC");
+    QTest::keyClick(&tree, Qt::Key_Space);
+    EXPECT_FALSE(KeyedTree::isChecked(c));
+    EXPECT_TRUE(f.state.ListMarks(0, 2).isEmpty());
+
+    // The box again clears the mark.
+    QTest::mouseClick(tree.viewport(), Qt::LeftButton, {}, tree.checkBoxRect(b).center());
+    EXPECT_TRUE(f.state.ListMarks(0, 1).isEmpty());
+
+    // A check mark the program sets leaves the selection alone.
+    KeyedTree::setChecked(tree.node("L000"), true);
+    EXPECT_TRUE(f.state.ListMarks(0, 0).isEmpty());
+}
+
+TEST(Interactions, KeyboardMovesShowTheListReached) {
+    ListFixture f(lists(), catalogues());
+    f.ui->refresh();
+    KeyedTree& tree = f.list(0);
+    QTest::mouseClick(tree.viewport(), Qt::LeftButton, {}, onText(tree, tree.node("L000")));
+    EXPECT_FALSE(f.state.KeyboardNavigation);
+    QTest::keyClick(&tree, Qt::Key_Down);
+    EXPECT_TRUE(f.state.KeyboardNavigation);
+    EXPECT_EQ(f.state.CurrentListRow, 1);
+    EXPECT_EQ(f.ui->configPane->lblConfig[1]->text(), "B FILTRES");
+    EXPECT_EQ(f.state.LastTreeFocus, "tvwList");
+}
+
+TEST(Interactions, TheFourthListTabDisablesThePaneAndOffersActivation) {
+    ListFixture f(lists(), catalogues());
+    f.ui->refresh();
+    QTabBar* tabs = f.ui->listPane->tbsList;
+    tabs->setCurrentIndex(3);
+    EXPECT_EQ(f.state.CurrentListTab, 3);
+    EXPECT_TRUE(f.list(3).isVisible());
+    EXPECT_FALSE(f.list(0).isVisible());
+    EXPECT_FALSE(f.ui->configPane->isEnabled());
+    EXPECT_FALSE(f.picMenu[4]->isVisible());
+    EXPECT_TRUE(f.picMenu[1]->isVisible());
+    EXPECT_EQ(f.lblMenu[1]->text(), LoadText(122));
+
+    // A list not activated is shown with message 1029 for a heading.
+    QTest::mouseClick(f.list(3).viewport(), Qt::LeftButton, {},
+                      onText(f.list(3), f.list(3).node("L003")));
+    EXPECT_EQ(f.ui->configPane->lblConfig[1]->text(), LoadText(29));
+
+    tabs->setCurrentIndex(1);
+    EXPECT_TRUE(f.ui->configPane->isEnabled());
+    EXPECT_TRUE(f.picMenu[4]->isVisible());
+    EXPECT_FALSE(f.picMenu[1]->isVisible());
+    EXPECT_EQ(f.lblMenu[1]->text(), LoadText(121));
+    EXPECT_TRUE(f.list(1).isVisible());
+    EXPECT_FALSE(f.list(3).isVisible());
+
+    // A rebuild keeps the tab shown.
+    f.ui->refresh();
+    EXPECT_TRUE(f.list(1).isVisible());
+    EXPECT_FALSE(f.list(0).isVisible());
+}
+
+TEST(Interactions, CatalogueTreeNodesOfferAssociationOrDissociation) {
+    ListFixture f(lists(), catalogues());
+    f.ui->refresh();
+    KeyedTree& cats = f.cat(0);
+    QTreeWidgetItem* abc = cats.node("CABC");
+    abc->setExpanded(true);
+    EXPECT_EQ(abc->icon(0).cacheKey(), ImageList::image(ImageList::OpenCatalogue).cacheKey());
+
+    QTreeWidgetItem* child = abc->child(1); // C BOUGIES under Alpha
+    QTest::mouseClick(cats.viewport(), Qt::LeftButton, {}, onText(cats, child));
+    EXPECT_EQ(f.lblMenu[4]->text(), LoadText(125));
+    EXPECT_FALSE(f.picMenu[5]->isVisible());
+    EXPECT_TRUE(f.picMenu[6]->isVisible());
+    EXPECT_EQ(f.state.CurrentListRow, 2);
+    EXPECT_EQ(f.ui->configPane->lblConfig[1]->text(), "C BOUGIES");
+    EXPECT_EQ(f.state.LastTreeFocus, "tvwCat");
+
+    QTest::mouseClick(cats.viewport(), Qt::LeftButton, {}, onText(cats, cats.node("C XY")));
+    EXPECT_EQ(f.lblMenu[4]->text(), LoadText(124));
+    EXPECT_TRUE(f.picMenu[5]->isVisible());
+    EXPECT_FALSE(f.picMenu[6]->isVisible());
+
+    abc->setExpanded(false);
+    EXPECT_EQ(abc->icon(0).cacheKey(), ImageList::image(ImageList::ClosedCatalogue).cacheKey());
+
+    // Ticking a catalogue counts it; the count is made afresh at each rebuild.
+    QTreeWidgetItem* xy = cats.node("C XY");
+    QTest::mouseClick(cats.viewport(), Qt::LeftButton, {}, cats.checkBoxRect(xy).center());
+    EXPECT_EQ(f.state.CheckedCatCount, 1);
+    QTest::mouseClick(cats.viewport(), Qt::LeftButton, {}, cats.checkBoxRect(xy).center());
+    EXPECT_EQ(f.state.CheckedCatCount, 0);
+
+    f.ui->catPane->tbsCat->setCurrentIndex(1);
+    EXPECT_EQ(f.state.CurrentCatTab, 1);
+    EXPECT_TRUE(f.cat(1).isVisible());
+    EXPECT_FALSE(cats.isVisible());
+    f.ui->refresh();
+    EXPECT_EQ(f.state.CurrentCatTab, 0);
+    EXPECT_TRUE(cats.isVisible());
+}

@@ -1,0 +1,76 @@
+#pragma once
+
+// A small installation for the price-list tests: PRIXLIST and CATALIST written in a temporary
+// directory, the two recordsets opened on them as the program opens them, and the three panes
+// with their logic composed as the main window composes them.
+
+#include "dbase/connection.h"
+#include "dbase/recordset.h"
+#include "pricelists/pricelistsui.h"
+
+#include <QDate>
+#include <QLabel>
+#include <QTemporaryDir>
+#include <QVariant>
+#include <QWidget>
+#include <array>
+#include <memory>
+#include <optional>
+
+class KeyedTree;
+
+// One PRIXLIST row; fields left out are Null.
+struct ListRow {
+    QString desc;
+    QString fichier;
+    bool utiliser = true;
+    std::optional<QDate> dateEff;
+    std::optional<QDate> dateStk;
+    QString codeGro;
+    bool pasObliger = false;
+    QVariant coutDe = 1.0;
+    QString ficFamille;
+    QString catNo;
+};
+
+struct CatalogueRow {
+    QString fichier;
+    QString desc;
+    bool utiliser = true;
+    std::optional<QDate> dateEff;
+    std::optional<QDate> dateStk;
+};
+
+// The date the tests take for today.
+inline const QDate FixtureToday(2026, 3, 16);
+
+void WritePrixList(const QString& directory, const QList<ListRow>& rows);
+void WriteCataList(const QString& directory, const QList<CatalogueRow>& rows);
+
+class ListFixture {
+public:
+    ListFixture(const QList<ListRow>& lists, const QList<CatalogueRow>& catalogues);
+    ~ListFixture();
+
+    // Rewrites PRIXLIST and reads it again, as after another workstation's change.
+    void rewriteLists(const QList<ListRow>& lists);
+    // A PRIXLIST field of the row of a file code, as stored in the table now.
+    QVariant storedField(const QString& fichier, const QString& field);
+
+    KeyedTree& list(int i) const;
+    KeyedTree& cat(int i) const;
+    // Texts of the top-level nodes of a tree, in order.
+    QStringList keys(const KeyedTree& tree) const;
+
+    QTemporaryDir dir;
+    Connection conn;
+    Recordset rsPrixList;
+    Recordset rsCataList;
+    PriceListState state;
+    std::unique_ptr<QWidget> window;
+    std::array<QLabel*, 7> picMenu{};
+    std::array<QLabel*, 5> lblMenu{};
+    std::unique_ptr<PriceListsUi> ui;
+    int bindCalls = 0;
+    bool bound = false;
+};

@@ -1,0 +1,152 @@
+#include "pricelists/configrules.h"
+#include "pricelists/listmarks.h"
+#include "pricelists/treerules.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+const QDate Today(2026, 3, 16);
+
+QString typed(int field, const QString& keys) {
+    QString text;
+    for (QChar key : keys) {
+        const ConfigKey answer = ConfigKeyRule(field, int(text.size()), key);
+        if (answer.typed.unicode() == KeyBackspace)
+            text.chop(1);
+        else if (!answer.typed.isNull())
+            text += answer.typed;
+    }
+    return text;
+}
+
+} // namespace
+
+TEST(TreeRules, NodeTextPadsDescAndGroupCodeIntoColumns) {
+    EXPECT_EQ(ListNodeText("BOSCH FREINS", "BOS", "MATBOS"),
+              QString("BOSCH FREINS").leftJustified(34) + "BOS  " + "MATBOS");
+    // Null group code and matrix: the columns are kept, nothing follows.
+    EXPECT_EQ(ListNodeText("A", "", ""), QString("A").leftJustified(34) + "     ");
+    // A desc of 34 characters or more is shown whole, the code right after it.
+    const QString longDesc = QString(40, 'X');
+    EXPECT_EQ(ListNodeText(longDesc, "AB", "M"), longDesc + "AB   M");
+    // Blanks a table keeps after a value do not push the columns.
+    EXPECT_EQ(ListNodeText("A   ", "AB  ", "M  "), ListNodeText("A", "AB", "M"));
+}
+
+TEST(TreeRules, KeysFollowTheNodeScheme) {
+    EXPECT_EQ(ListKey(7), "L007");
+    EXPECT_EQ(ListKey(123), "L123");
+    EXPECT_EQ(ListKey(4321), "L4321");
+    EXPECT_EQ(CatalogueKey("ABC"), "CABC");
+    EXPECT_EQ(CatalogueKey("AB"), "C AB");
+    EXPECT_EQ(CatalogueKey("A"), "C  A");
+    EXPECT_EQ(ListChildKey(7, 0), "L0070");
+    EXPECT_EQ(ListChildKey(7, 12), "L00712");
+    EXPECT_EQ(RowFromListKey("L007"), 7);
+    EXPECT_EQ(RowFromListKey("L4321"), 4321);
+    EXPECT_EQ(RowFromListKey("L"), -1);
+}
+
+TEST(TreeRules, BranchOfEachDateCase) {
+    const QDate before = Today.addDays(-20);
+    const QDate tomorrow = Today.addDays(1);
+    struct Case {
+        const char* name;
+        std::optional<QDate> stk, eff;
+        OleColor color;
+    } cases[] = {
+        {"both dates null", std::nullopt, std::nullopt, ColorToUpdate},
+        {"DATESTK null", std::nullopt, before, ColorToUpdate},
+        {"DATEEFF null", before, std::nullopt, ColorUpToDate},
+        {"same dates", before, before, ColorUpToDate},
+        {"dates differ", before.addDays(-3), before, ColorToUpdate},
+        {"DATEEFF today, dates differ", before, Today, ColorToUpdate},
+        {"DATEEFF today, same dates", Today, Today, ColorUpToDate},
+        {"DATEEFF tomorrow, dates differ", before, tomorrow, ColorUpcoming},
+        {"DATEEFF tomorrow, DATESTK null", std::nullopt, tomorrow, ColorUpcoming},
+    };
+    for (const Case& c : cases) {
+        const ListBranches b = BranchesOf(true, c.stk, c.eff, Today);
+        EXPECT_EQ(b.color, c.color) << c.name;
+        EXPECT_TRUE(b.activated) << c.name;
+        EXPECT_EQ(b.toUpdate, c.color == ColorToUpdate) << c.name;
+        EXPECT_EQ(b.upcoming, c.color == ColorUpcoming) << c.name;
+    }
+    const ListBranches off = BranchesOf(false, std::nullopt, tomorrow, Today);
+    EXPECT_EQ(off.color, ColorInactive);
+    EXPECT_FALSE(off.activated || off.toUpdate || off.upcoming);
+}
+
+TEST(TreeRules, CatalogueToUpdateComparesDatesOnlyWhenDateEffIsSet) {
+    const QDate d(2026, 1, 5);
+    EXPECT_TRUE(CatalogueToUpdate(true, d.addDays(-1), d));
+    EXPECT_TRUE(CatalogueToUpdate(true, std::nullopt, d));
+    EXPECT_FALSE(CatalogueToUpdate(true, d, d));
+    EXPECT_FALSE(CatalogueToUpdate(true, d, std::nullopt));
+    EXPECT_FALSE(CatalogueToUpdate(true, std::nullopt, std::nullopt));
+    EXPECT_FALSE(CatalogueToUpdate(false, std::nullopt, d));
+}
+
+TEST(TreeRules, CatnoIsReadCodeByCodeUpToEachSemicolon) {
+    EXPECT_EQ(CatnoCodes("ABC;XYZ;"), (QStringList{"ABC", "XYZ"}));
+    EXPECT_EQ(CatnoCodes("ABC;XYZ"), (QStringList{"ABC"}));
+    EXPECT_TRUE(CatnoCodes("ABC").isEmpty());
+    EXPECT_TRUE(CatnoCodes("").isEmpty());
+    EXPECT_TRUE(CatnoCodes(";ABC;").isEmpty());
+    EXPECT_EQ(CatnoCodes("AB;;XYZ;"), (QStringList{"AB"}));
+}
+
+TEST(TreeRules, ColoursAreBgrValues) {
+    EXPECT_EQ(ToQColor(ColorUpcoming), QColor(0xC0, 0, 0));
+    EXPECT_EQ(ToQColor(ColorUpToDate), QColor(0x02, 0x00, 0x80));
+    EXPECT_EQ(ToQColor(ColorToUpdate), QColor(0xA0, 0x40, 0x40));
+    EXPECT_EQ(FromQColor(ToQColor(ColorToUpdate)), ColorToUpdate);
+}
+
+TEST(ConfigKeys, TextFieldsAreUpperCasedAndLimited) {
+    EXPECT_EQ(typed(PrixField::CodeGro, "ab12"), "AB12");
+    EXPECT_EQ(typed(PrixField::CodeGro, "ab12c"), "AB12");
+    EXPECT_EQ(typed(PrixField::CodeGro, "ab12\bz"), "AB1Z");
+    EXPECT_EQ(typed(PrixField::Fournis, QString(30, 'x')), QString(25, 'X'));
+    EXPECT_EQ(typed(21, "sous-groupe"), "SOUS-GROU");
+    EXPECT_EQ(typed(39, "abcdefghijk"), "ABCDEFGHI");
+    EXPECT_EQ(typed(PrixField::FicFamille, "matrice01"), "MATRICE0");
+}
+
+TEST(ConfigKeys, OtherFieldsTakeDigitsAndThePoint) {
+    EXPECT_EQ(typed(PrixField::CoutPct, "12.5"), "12.5");
+    EXPECT_EQ(typed(PrixField::CoutPct, "1a2,5%"), "125");
+    EXPECT_EQ(typed(22, "7x\b8"), "8");
+    EXPECT_EQ(typed(PrixField::DateEff, "2026.03.16"), "2026.03.16");
+    EXPECT_EQ(typed(PrixField::Pct1, QString::fromUtf8("٣")), ""); // digits of other scripts
+}
+
+TEST(ConfigKeys, EnterMovesOnAndTypesNothing) {
+    for (int field : {PrixField::CodeGro, PrixField::CoutPct, PrixField::FicFamille}) {
+        const ConfigKey key = ConfigKeyRule(field, 0, QChar(KeyEnter));
+        EXPECT_TRUE(key.moveNext);
+        EXPECT_TRUE(key.typed.isNull());
+    }
+    // Backspace is accepted even in a full field.
+    EXPECT_EQ(ConfigKeyRule(PrixField::CodeGro, 4, QChar(KeyBackspace)).typed.unicode(),
+              KeyBackspace);
+}
+
+TEST(ListMarks, RedimKeepsRowsByPosition) {
+    ListMarkTable marks;
+    EXPECT_EQ(marks.upperBound(), 0);
+    marks.redim(3);
+    marks(0, 1) = "AAA";
+    marks(1, 3) = "1";
+    marks.redim(5);
+    EXPECT_EQ(marks.upperBound(), 5);
+    EXPECT_EQ(marks(0, 1), "AAA");
+    EXPECT_EQ(marks(1, 3), "1");
+    EXPECT_TRUE(marks(0, 5).isEmpty());
+    marks.redim(1);
+    EXPECT_EQ(marks(0, 1), "AAA");
+    EXPECT_EQ(marks.selectedCount(), 1);
+    marks.clearSelection();
+    EXPECT_EQ(marks.selectedCount(), 0);
+}

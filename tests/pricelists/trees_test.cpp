@@ -1,0 +1,164 @@
+// The trees built from small PRIXLIST and CATALIST tables.
+
+#include "listfixture.h"
+
+#include "app/messages.h"
+#include "pricelists/configpane.h"
+#include "pricelists/imagelist.h"
+#include "pricelists/keyedtree.h"
+#include "pricelists/programend.h"
+#include "pricelists/treebuilder.h"
+#include "scriptedprompter.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+const QDate Past(2026, 2, 1);
+const QDate Tomorrow = FixtureToday.addDays(1);
+
+// Rows come back in DESC order, so the descs fix each list's row position.
+QList<ListRow> dateCases() {
+    return {
+        {"A BOTH NULL", "AAA", true, {}, {}, "AB"},
+        {"B STK NULL", "BBB", true, Past, {}, "BOS", false, 1.0, "MATB"},
+        {"C EFF NULL", "CCC", true, {}, Past},
+        {"D TODAY", "DDD", true, FixtureToday, FixtureToday},
+        {"E TOMORROW", "EEE", true, Tomorrow, Past},
+        {"F OFF", "FFF", false, Tomorrow, {}, "", false, 1.0, "", "ABC;"},
+        {"G UP TO DATE", "GGG", true, Past, Past},
+    };
+}
+
+QList<CatalogueRow> catalogues() {
+    return {{"ABC", "Catalogue A"}, {"XY", "Catalogue X"}, {"Z", "Catalogue Z", false}};
+}
+
+} // namespace
+
+TEST(Trees, EachListGoesToTheBranchesOfItsDates) {
+    ListFixture f(dateCases(), catalogues());
+    f.ui->refresh();
+    EXPECT_EQ(f.keys(f.list(0)), (QStringList{"L000", "L001", "L002", "L003", "L004", "L006"}));
+    EXPECT_EQ(f.keys(f.list(1)), (QStringList{"L000", "L001"}));
+    EXPECT_EQ(f.keys(f.list(2)), (QStringList{"L004"}));
+    EXPECT_EQ(f.keys(f.list(3)), (QStringList{"L005"}));
+    EXPECT_EQ(KeyedTree::colorOf(f.list(0).node("L000")), ColorToUpdate);
+    EXPECT_EQ(KeyedTree::colorOf(f.list(0).node("L002")), ColorUpToDate);
+    EXPECT_EQ(KeyedTree::colorOf(f.list(0).node("L003")), ColorUpToDate);
+    EXPECT_EQ(KeyedTree::colorOf(f.list(0).node("L004")), ColorUpcoming);
+    EXPECT_EQ(KeyedTree::colorOf(f.list(2).node("L004")), ColorUpcoming);
+    EXPECT_EQ(KeyedTree::colorOf(f.list(3).node("L005")), ColorInactive);
+    EXPECT_EQ(f.list(0).node("L000")->foreground(0).color(), ToQColor(ColorToUpdate));
+    EXPECT_EQ(f.list(0).node("L001")->text(0), ListNodeText("B STK NULL", "BOS", "MATB"));
+    EXPECT_EQ(f.list(0).node("L001")->font(0).family(), f.list(0).font().family());
+
+    EXPECT_EQ(f.state.ListCount, 7);
+    EXPECT_EQ(f.state.ListMarks.upperBound(), 7);
+    for (int row = 0; row < 7; ++row)
+        EXPECT_EQ(f.state.ListMarks(1, row), row <= 1 ? "1" : "") << row;
+    // The pane is untied while the rows are walked and tied again after.
+    EXPECT_TRUE(f.bound);
+    EXPECT_EQ(f.bindCalls, 2);
+    EXPECT_TRUE(f.list(0).isVisible());
+    EXPECT_FALSE(f.list(3).isVisible());
+}
+
+TEST(Trees, CatalogueTreesHoldTheAssociatedActivatedLists) {
+    QList<ListRow> lists = {
+        {"A TWO CATALOGUES", "AAA", true, Past, Past, "AB", false, 1.0, "", "ABC;XY;"},
+        {"B NO SEMICOLON", "BBB", true, Past, Past, "", false, 1.0, "", "ABC"},
+        {"C ONE CATALOGUE", "CCC", true, Past, {}, "", false, 1.0, "", "ABC;"},
+        {"D NOT ACTIVATED", "DDD", false, Past, Past, "", false, 1.0, "", "XY;"},
+    };
+    QList<CatalogueRow> cats = {{"ABC", "Alpha"},
+                                {"XY", "Xray"},
+                                {"Q", "Quebec"},
+                                {"Z", "Zulu", false},
+                                {"UPD", "Update me", true, Past, Past.addDays(-1)}};
+    ListFixture f(lists, cats);
+    f.ui->refresh();
+
+    EXPECT_EQ(f.keys(f.cat(0)), (QStringList{"CABC", "C  Q", "CUPD", "C XY"}));
+    EXPECT_EQ(f.keys(f.cat(1)), (QStringList{"C  Z"}));
+    QTreeWidgetItem* abc = f.cat(0).node("CABC");
+    ASSERT_EQ(abc->childCount(), 2);
+    EXPECT_EQ(KeyedTree::keyOf(abc->child(0)), "L0000");
+    EXPECT_EQ(KeyedTree::keyOf(abc->child(1)), "L0022");
+    EXPECT_EQ(KeyedTree::keyOf(f.cat(0).node("C XY")->child(0)), "L0001");
+    EXPECT_EQ(f.cat(0).node("C XY")->childCount(), 1);
+    EXPECT_EQ(abc->child(1)->text(0), f.list(0).node("L002")->text(0));
+    EXPECT_EQ(KeyedTree::colorOf(abc->child(1)), ColorToUpdate);
+    EXPECT_EQ(KeyedTree::rowOf(abc->child(1)), 2);
+
+    // With lists: black and the closed picture; without: the up-to-date colour and no picture.
+    EXPECT_EQ(KeyedTree::colorOf(abc), ColorBlack);
+    EXPECT_EQ(abc->icon(0).cacheKey(), ImageList::image(ImageList::ClosedCatalogue).cacheKey());
+    EXPECT_EQ(KeyedTree::colorOf(f.cat(0).node("C  Q")), ColorUpToDate);
+    EXPECT_TRUE(f.cat(0).node("C  Q")->icon(0).isNull());
+    EXPECT_EQ(KeyedTree::colorOf(f.cat(1).node("C  Z")), ColorInactive);
+
+    // Catalist ticks the catalogues to update, and only those.
+    EXPECT_EQ(f.state.CheckedCatCount, 1);
+    EXPECT_TRUE(KeyedTree::isChecked(f.cat(0).node("CUPD")));
+    EXPECT_EQ(KeyedTree::colorOf(f.cat(0).node("CUPD")), ColorToUpdate);
+    EXPECT_FALSE(KeyedTree::isChecked(abc));
+}
+
+TEST(Trees, ListMarksSurviveARebuildAndShiftWhenAListIsAdded) {
+    QList<ListRow> lists = {{"B LIST", "BBB", true, Past, Past},
+                            {"D LIST", "DDD", true, Past, {}},
+                            {"F LIST", "FFF", true, Past, Past}};
+    ListFixture f(lists, catalogues());
+    f.ui->refresh();
+    f.state.ListMarks(0, 1) = "DDD";
+    f.ui->refresh();
+    EXPECT_TRUE(KeyedTree::isChecked(f.list(0).node("L001")));
+    EXPECT_TRUE(KeyedTree::isChecked(f.list(1).node("L001")));
+    EXPECT_FALSE(KeyedTree::isChecked(f.list(0).node("L000")));
+    EXPECT_EQ(f.state.ListMarks(0, 1), "DDD");
+
+    // A list sorted before D arrives: the mark stays on row 1, which is now C.
+    lists.insert(1, {"C LIST", "CCC", true, Past, Past});
+    f.rewriteLists(lists);
+    f.ui->refresh();
+    EXPECT_EQ(f.state.ListCount, 4);
+    EXPECT_EQ(f.state.ListMarks(0, 1), "DDD");
+    EXPECT_TRUE(KeyedTree::isChecked(f.list(0).node("L001")));
+    EXPECT_EQ(f.list(0).node("L001")->text(0), ListNodeText("C LIST", "", ""));
+    EXPECT_FALSE(KeyedTree::isChecked(f.list(0).node("L002")));
+}
+
+TEST(Trees, EmptyPriceListGivesEmptyTreesAndOneMarkRow) {
+    ListFixture f({}, catalogues());
+    f.ui->refresh();
+    for (int i = 0; i < 4; ++i)
+        EXPECT_EQ(f.list(i).topLevelItemCount(), 0);
+    EXPECT_EQ(f.state.ListCount, 0);
+    EXPECT_EQ(f.state.ListMarks.upperBound(), 0);
+}
+
+TEST(Trees, SelectionIsRestoredThroughNodeclick) {
+    ListFixture f(dateCases(), catalogues());
+    f.ui->refresh();
+    f.list(0).selectNode(f.list(0).node("L006"));
+    f.ui->refresh();
+    EXPECT_EQ(f.state.SavedListNode, 6);
+    EXPECT_EQ(KeyedTree::keyOf(f.list(0).selectedNode()), "L006");
+    EXPECT_EQ(f.state.CurrentListRow, 6);
+    EXPECT_EQ(f.ui->configPane->lblConfig[1]->text(), "G UP TO DATE");
+}
+
+TEST(Trees, CatalogueCodeWithoutNodeEndsTheProgramForConversion) {
+    QList<ListRow> lists = {{"A LIST", "AAA", true, Past, Past, "", false, 1.0, "", "ABC;NOP;"}};
+    ListFixture f(lists, catalogues());
+    int ends = 0;
+    const ProgramEnd former = SetProgramEnd([&] { ++ends; });
+    {
+        ScriptedPrompter prompts;
+        prompts.expectMessage(LoadText(133));
+        f.ui->refresh();
+    }
+    SetProgramEnd(former);
+    EXPECT_EQ(ends, 1);
+}
