@@ -10,7 +10,9 @@
 
 FieldBinding::FieldBinding(QObject* parent) : QObject(parent) {}
 
-FieldBinding::~FieldBinding() { unbind(); }
+FieldBinding::~FieldBinding() {
+    unbind();
+}
 
 void FieldBinding::addLineEdit(QLineEdit* edit, int field) {
     controls_.append({Kind::Text, edit, field, nullptr, {}, {}});
@@ -39,8 +41,7 @@ void FieldBinding::clearControls() {
 void FieldBinding::bind(Recordset& recordset) {
     unbind();
     recordset_ = &recordset;
-    connections_ << connect(&recordset, &Recordset::currentRowChanged, this,
-                            [this] { refresh(); });
+    connections_ << connect(&recordset, &Recordset::currentRowChanged, this, [this] { refresh(); });
     connections_ << connect(&recordset, &Recordset::valueChanged, this, [this](int field) {
         if (!writing_)
             refresh(field);
@@ -67,9 +68,8 @@ void FieldBinding::connectControl(const Control& c) {
                                 [this, field](bool checked) { write(field, checked); });
     } else if (auto* combo = qobject_cast<QComboBox*>(c.widget.data())) {
         fillCombo(c);
-        connections_ << connect(combo, &QComboBox::activated, this, [this, field, combo](int i) {
-            write(field, combo->itemData(i));
-        });
+        connections_ << connect(combo, &QComboBox::activated, this,
+                                [this, field, combo](int i) { write(field, combo->itemData(i)); });
     }
 }
 
@@ -130,8 +130,7 @@ void FieldBinding::show(const Control& c) {
     } else if (auto* box = qobject_cast<QCheckBox*>(c.widget.data())) {
         box->setChecked(!value.isNull() && value.toBool());
     } else if (auto* combo = qobject_cast<QComboBox*>(c.widget.data())) {
-        combo->setCurrentIndex(value.isNull() ? -1
-                                              : combo->findData(value.toString().trimmed()));
+        combo->setCurrentIndex(value.isNull() ? -1 : combo->findData(value.toString().trimmed()));
     }
 }
 

@@ -12,7 +12,6 @@ class QComboBox;
 class QLineEdit;
 class QWidget;
 
-
 // Ties widgets to fields of the current row of a recordset, as data-bound controls did: while
 // bound, each control shows its field of the current row (again after every move) and a user
 // edit writes into that row's pending values. Unbinding stops both; the controls keep what

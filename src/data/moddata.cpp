@@ -75,7 +75,7 @@ QString MPDetectInstal() {
     if (rs.isOpen())
         rs.close();
     return program.toUpper().contains(QLatin1String("TALLYRATE")) ? QStringLiteral("2")
-                                                                   : QStringLiteral("1");
+                                                                  : QStringLiteral("1");
 }
 
 void CloseData() {

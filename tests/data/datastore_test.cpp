@@ -1,0 +1,231 @@
+// The data store on a small installation: opening, the installation kind, closing, and the
+// binding of the configuration pane.
+#include "app/appstate.h"
+#include "app/messages.h"
+#include "data/moddata.h"
+#include "dbase/dberror.h"
+#include "dbase/tablewriter.h"
+#include "support/scriptedprompter.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QDir>
+#include <QLineEdit>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <gtest/gtest.h>
+#include <memory>
+
+namespace {
+
+FieldDef text(const char* name, int length) {
+    return {name, 'C', length, 0};
+}
+FieldDef logical(const char* name) {
+    return {name, 'L', 1, 0};
+}
+
+void write(const QString& path, const QList<FieldDef>& fields, const QList<QVariantList>& rows) {
+    NewTable t;
+    t.fields = fields;
+    t.rows = rows;
+    writeNewTable(path, t);
+}
+
+// PRIXLIST fields up to CH_COUT (0 to 19): enough for the pane's bound controls.
+QList<FieldDef> prixListFields() {
+    QList<FieldDef> f = {logical("UTILISER"), text("DESC", 30), text("FICHIER", 8)};
+    f << FieldDef{"DATEEFF", 'D', 8, 0} << FieldDef{"DATESTK", 'D', 8, 0} << text("CODEGRO", 4)
+      << logical("PASOBLIGER");
+    for (const char* code : {"CODENVC", "CODEUNI", "CODEACK", "CODEUAP"})
+        f << text(code, 4);
+    f << FieldDef{"COUTDE", 'N', 1, 0};
+    for (const char* pct : {"COUTPCT", "PCT1", "PCT2", "PCT3"})
+        f << FieldDef{pct, 'N', 6, 2};
+    f << text("DEPARTEM", 2) << logical("CH_DESC1") << logical("CH_DESC2") << logical("CH_COUT");
+    return f;
+}
+
+QVariantList prixListRow(const char* desc, const char* fichier, const char* code,
+                         const char* depart, bool option) {
+    QVariantList row(20);
+    row[0] = true;
+    row[1] = desc;
+    row[2] = fichier;
+    row[5] = code;
+    row[12] = 10.5;
+    row[16] = depart;
+    row[17] = option;
+    row[18] = !option;
+    return row;
+}
+
+class DataStoreTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        ResetAppState();
+        ASSERT_TRUE(root.isValid());
+        QDir(root.path()).mkpath("NVNV");
+        QDir(root.path()).mkpath("PRG");
+        App().DataPath = root.path() + "/NVNV/";
+        App().PrgPath = root.path() + "/PRG/";
+        App().ContactLine = LoadText(34);
+        write(App().DataPath + "PRIXLIST.DBF", prixListFields(),
+              {prixListRow("Zinc", "ZNC", "ZN", "02", true),
+               prixListRow("Brakes", "BRK", "AB", "01", false)});
+        write(App().DataPath + "CATALIST.DBF", {text("FICHIER", 3), text("DESC", 30)},
+              {{"C2", "Second"}, {"C1", "First"}});
+        writeParaprog({"MENU", "Tallyrate 2004"});
+        QList<QVariantList> departs;
+        for (int i = 1; i <= 20; ++i)
+            departs << QVariantList{QStringLiteral("%1").arg(i, 2, 10, QLatin1Char('0')),
+                                    QStringLiteral("Department %1").arg(i)};
+        write(App().PrgPath + "DEPART.DBF", {text("CODEP", 2), text("DESCR", 20)}, departs);
+    }
+
+    void TearDown() override {
+        BindConfig(false);
+        ConfigBinding().clearControls();
+        CloseData();
+    }
+
+    void writeParaprog(const QStringList& programs) {
+        QList<QVariantList> rows;
+        for (const QString& p : programs)
+            rows << QVariantList{p};
+        write(App().DataPath + "PARAPROG.DBF", {text("PROGRAM", 40)}, rows);
+    }
+
+    QTemporaryDir root;
+};
+
+} // namespace
+
+TEST_F(DataStoreTest, OpensTheFiveRecordsetsInTheirOrderAndClosesThem) {
+    ScriptedPrompter prompts;
+    ASSERT_TRUE(OpenData());
+    EXPECT_EQ(rsPrixList.source(), "SELECT * FROM PRIXLIST ORDER BY [DESC]");
+    EXPECT_EQ(rsPrixList.cursorLocation(), CursorLocation::Client);
+    EXPECT_EQ(rsPrixList.lockType(), LockType::Optimistic);
+    EXPECT_EQ(rsPrixList.value("DESC").toString(), "Brakes");
+    EXPECT_EQ(rsPrixCodes.fieldCount(), 2);
+    EXPECT_EQ(rsCataList.value("FICHIER").toString(), "C1");
+    EXPECT_EQ(rsCataFiles.source(), "SELECT FICHIER FROM CATALIST");
+    EXPECT_EQ(rsDepart.recordCount(), 13) << "only the first 13 departments";
+    EXPECT_EQ(rsDepart.cursorType(), CursorType::Keyset);
+    CloseData();
+    for (Recordset* rs : {&rsPrixList, &rsPrixCodes, &rsCataList, &rsCataFiles, &rsDepart})
+        EXPECT_FALSE(rs->isOpen());
+    EXPECT_FALSE(connData.isOpen());
+    EXPECT_FALSE(connPrg.isOpen());
+}
+
+TEST_F(DataStoreTest, ATableHeldByAnotherWorkstationShowsMessage79) {
+    QProcess peer;
+    peer.start(QStringLiteral(DBASE_PEER), {"lock-file", App().DataPath + "PRIXLIST.DBF"});
+    ASSERT_TRUE(peer.waitForReadyRead(10000));
+    ASSERT_EQ(peer.readLine().trimmed(), "ready");
+    {
+        ScriptedPrompter prompts;
+        prompts.expectMessage(LoadText(79));
+        EXPECT_FALSE(OpenData());
+    }
+    peer.closeWriteChannel();
+    peer.waitForFinished();
+    CloseData();
+}
+
+TEST_F(DataStoreTest, OtherFailuresShowErrOpenDataAndTheDescription) {
+    QFile::remove(App().PrgPath + "DEPART.DBF");
+    ScriptedPrompter prompts;
+    prompts.expectMessage("errOpenData: The table DEPART is not in " +
+                          QDir::toNativeSeparators(QDir(App().PrgPath).absolutePath() + "/") + ".");
+    EXPECT_FALSE(OpenData());
+}
+
+TEST_F(DataStoreTest, InstallationKindFromTheSecondRowOfParaprog) {
+    ScriptedPrompter prompts;
+    ASSERT_TRUE(OpenData());
+    EXPECT_EQ(MPDetectInstal(), "2");
+    writeParaprog({"x", "Mercantel, also sold as tallYRATE."});
+    EXPECT_EQ(MPDetectInstal(), "2") << "any case, among other words";
+    writeParaprog({"TALLYRATE", "Mercantel"});
+    EXPECT_EQ(MPDetectInstal(), "1") << "only the second row counts";
+    App().UpdateMode = true;
+    QFile::remove(App().DataPath + "PARAPROG.DBF");
+    EXPECT_EQ(MPDetectInstal(), "1") << "update mode reads nothing";
+}
+
+TEST_F(DataStoreTest, AOneRowParaprogShowsTheErrorBox) {
+    ScriptedPrompter prompts;
+    ASSERT_TRUE(OpenData());
+    writeParaprog({"Tallyrate"});
+    prompts.expectMessage("errMPDetectInstal: 3021 Either BOF or EOF is True, or the current "
+                          "record has been deleted. Requested operation requires a current "
+                          "record. " +
+                          LoadText(34));
+    EXPECT_EQ(MPDetectInstal(), "1");
+}
+
+TEST_F(DataStoreTest, BoundControlsShowTheCurrentRowAndWriteItsPendingValues) {
+    ScriptedPrompter prompts;
+    ASSERT_TRUE(OpenData());
+    QLineEdit desc, code, percent;
+    QComboBox depart;
+    QCheckBox option0, option1;
+    FieldBinding& binding = ConfigBinding();
+    binding.addLineEdit(&desc, 1);
+    binding.addLineEdit(&code, 5);
+    binding.addLineEdit(&percent, 12);
+    binding.addComboBox(&depart, DepartementField, rsDepart, "DESCR", "CODEP");
+    binding.addCheckBox(&option0, FirstOptionField);
+    binding.addCheckBox(&option1, FirstOptionField + 1);
+    BindConfig(true);
+    EXPECT_EQ(desc.text(), "Brakes");
+    EXPECT_EQ(percent.text(), "10.5");
+    EXPECT_EQ(depart.count(), 13);
+    EXPECT_EQ(depart.currentText(), "Department 1");
+    EXPECT_FALSE(option0.isChecked());
+    EXPECT_TRUE(option1.isChecked());
+
+    code.setText("XY");
+    Q_EMIT code.textEdited("XY"); // as typing does
+    depart.setCurrentIndex(2);
+    Q_EMIT depart.activated(2);
+    option0.click();
+    EXPECT_EQ(rsPrixList.value("CODEGRO").toString(), "XY");
+    EXPECT_EQ(rsPrixList.value("DEPARTEM").toString(), "03");
+    EXPECT_EQ(rsPrixList.value("CH_DESC1"), QVariant(true));
+    EXPECT_EQ(rsPrixList.storedValue(5).toString(), "AB") << "pending, not yet saved";
+
+    rsPrixList.cancelUpdate();
+    EXPECT_EQ(code.text(), "AB") << "a cancelled edit shows the stored value again";
+    rsPrixList.moveNext();
+    EXPECT_EQ(desc.text(), "Zinc");
+    EXPECT_EQ(depart.currentText(), "Department 2");
+
+    BindConfig(false);
+    rsPrixList.moveFirst();
+    EXPECT_EQ(desc.text(), "Zinc") << "unbound controls no longer follow the row";
+    Q_EMIT code.textEdited("QQ");
+    EXPECT_EQ(rsPrixList.value("CODEGRO").toString(), "AB") << "nor write into it";
+    EXPECT_EQ(rsPrixList.editMode(), EditMode::None);
+}
+
+TEST_F(DataStoreTest, AValueThatDoesNotFitIsRefusedWithoutAnException) {
+    ScriptedPrompter prompts;
+    ASSERT_TRUE(OpenData());
+    QLineEdit percent;
+    ConfigBinding().addLineEdit(&percent, 12);
+    BindConfig(true);
+    QStringList refused;
+    QObject::connect(&ConfigBinding(), &FieldBinding::editRefused,
+                     [&](int, const QString& why) { refused << why; });
+    Q_EMIT percent.textEdited("1.2.3");
+    EXPECT_EQ(refused.size(), 1);
+    EXPECT_DOUBLE_EQ(rsPrixList.value(12).toDouble(), 10.5);
+    percent.setText("12.");
+    Q_EMIT percent.textEdited("12.");
+    EXPECT_EQ(percent.text(), "12.") << "the typed text is not rewritten while typing";
+    EXPECT_DOUBLE_EQ(rsPrixList.value(12).toDouble(), 12);
+}
