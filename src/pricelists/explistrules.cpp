@@ -3,6 +3,7 @@
 #include "pricelists/configrules.h"
 #include "pricelists/treerules.h"
 
+#include <QCoreApplication>
 #include <QKeyEvent>
 #include <QLineEdit>
 
@@ -14,7 +15,9 @@ ExpListRules::ExpListRules(QLineEdit* field) : QObject(field), field_(field) {
 
 QChar ExpListRules::keyPress(QChar typed) {
     if (typed.unicode() == KeyEnter) {
-        field_->focusNextChild();
+        // A Tab key sent to the field moves the focus as the user's Tab would.
+        QKeyEvent tab(QEvent::KeyPress, Qt::Key_Tab, Qt::NoModifier);
+        QCoreApplication::sendEvent(field_, &tab);
         return {};
     }
     return typed.toUpper();

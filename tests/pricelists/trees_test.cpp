@@ -51,7 +51,6 @@ TEST(Trees, EachListGoesToTheBranchesOfItsDates) {
     EXPECT_EQ(KeyedTree::colorOf(f.list(3).node("L005")), ColorInactive);
     EXPECT_EQ(f.list(0).node("L000")->foreground(0).color(), ToQColor(ColorToUpdate));
     EXPECT_EQ(f.list(0).node("L001")->text(0), ListNodeText("B STK NULL", "BOS", "MATB"));
-    EXPECT_EQ(f.list(0).node("L001")->font(0).family(), f.list(0).font().family());
 
     EXPECT_EQ(f.state.ListCount, 7);
     EXPECT_EQ(f.state.ListMarks.upperBound(), 7);
