@@ -1,0 +1,1 @@
+[CODEGRO] = 'AB' AND [UTILISER]=True

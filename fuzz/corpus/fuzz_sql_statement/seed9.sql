@@ -1,0 +1,1 @@
+[CODEGRO] = 'AB' OR [PASOBLIGER] = -1
