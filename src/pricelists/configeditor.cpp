@@ -2,6 +2,7 @@
 
 #include "app/messages.h"
 #include "app/prompts.h"
+#include "data/fieldbinding.h"
 #include "dbase/recordset.h"
 #include "pricelists/configpane.h"
 #include "pricelists/pricelistsui.h"
@@ -15,38 +16,55 @@ namespace {
 
 const QString PaneErrors = QStringLiteral("errConfig: ");
 
-// The text a bound field shows for a stored value.
-QString shownText(const QVariant& value) {
-    if (value.isNull() || !value.isValid())
-        return {};
-    if (value.typeId() == QMetaType::QDate)
-        return value.toDate().toString(QStringLiteral("yyyy-MM-dd"));
-    if (value.typeId() == QMetaType::Double)
-        return QString::number(value.toDouble(), 'f', -1);
-    return value.toString();
-}
-
 } // namespace
 
 ConfigEditor::ConfigEditor(PriceListsUi& ui) : ui_(ui) {
     ConfigPane& pane = *ui_.configPane;
-    for (ConfigField* field : pane.txtConfig) {
-        if (!field)
-            continue;
-        field->setKeyFilter(
-            [this](ConfigField* f, QChar typed) { return txtConfigKeyPress(f, typed); });
-        connect(field, &QLineEdit::textEdited, this,
-                [this, index = field->index()] { txtConfigChange(index); });
-    }
-    for (int k = 0; k < 3; ++k) {
-        connect(pane.chkCH[k], &QCheckBox::clicked, this, [this, k] { chkCHClick(k); });
+    for (ConfigField* field : pane.txtConfig)
+        if (field)
+            field->setKeyFilter(
+                [this](ConfigField* f, QChar typed) { return txtConfigKeyPress(f, typed); });
+    for (int k = 0; k < 3; ++k)
         connect(pane.optDe[k], &QRadioButton::clicked, this, [this, k] { optDeValidate(k); });
-    }
+    registerControls();
+}
+
+// Text box i edits field i, the department list field 16, the check boxes fields 17 to 19.
+// The binding writes what the user changes into the current row and tells which field.
+void ConfigEditor::registerControls() {
+    FieldBinding* binding = ui_.parts().binding;
+    if (!binding)
+        return;
+    ConfigPane& pane = *ui_.configPane;
+    binding->clearControls();
+    for (ConfigField* field : pane.txtConfig)
+        if (field)
+            binding->addLineEdit(field, field->index());
+    if (Recordset* departments = ui_.parts().rsDepart)
+        binding->addComboBox(pane.cmbDepart, PrixField::Departem, *departments,
+                             QStringLiteral("DESCR"), QStringLiteral("CODEP"));
+    for (int k = 0; k < 3; ++k)
+        binding->addCheckBox(pane.chkCH[k], PrixField::ChDesc1 + k);
+    connect(binding, &FieldBinding::edited, this, [this](int field) { fieldEdited(field); });
+}
+
+void ConfigEditor::fieldEdited(int field) {
+    if (field == PrixField::Departem)
+        cmbDepartClick();
+    else if (field >= PrixField::ChDesc1 && field < PrixField::ChDesc1 + 3)
+        chkCHClick(field - PrixField::ChDesc1);
+    else
+        txtConfigChange(field);
 }
 
 void ConfigEditor::bind(bool bound) {
-    if (ui_.parts().bindConfig)
-        ui_.parts().bindConfig(bound);
+    FieldBinding* binding = ui_.parts().binding;
+    if (!binding)
+        return;
+    if (bound)
+        binding->bind(ui_.rsPrixList());
+    else
+        binding->unbind();
 }
 
 ConfigKey ConfigEditor::txtConfigKeyPress(ConfigField* field, QChar typed) {
@@ -66,6 +84,11 @@ void ConfigEditor::chkCHClick(int k) {
         ui_.state().ConfigDirty = Dirty::Pane;
         ui_.rsPrixList().setValue(PrixField::ChDesc1 + k, ui_.configPane->chkCH[k]->isChecked());
     });
+}
+
+// A department chosen is a change of the row like any other, asked about before it is written.
+void ConfigEditor::cmbDepartClick() {
+    ui_.state().ConfigDirty = Dirty::Pane;
 }
 
 void ConfigEditor::optDeValidate(int k) {
@@ -157,7 +180,7 @@ void ConfigEditor::restoreFocusedControl(QWidget* focused) {
     ConfigPane& pane = *ui_.configPane;
     Recordset& rs = ui_.rsPrixList();
     if (const int i = pane.fieldIndexOf(focused); i >= 0)
-        pane.txtConfig[i]->setText(shownText(rs.storedValue(i)));
+        pane.txtConfig[i]->setText(FieldBinding::displayText(rs.storedValue(i)));
     else if (const int k = pane.checkIndexOf(focused); k >= 0)
         pane.chkCH[k]->setChecked(rs.storedValue(PrixField::ChDesc1 + k).toBool());
 }

@@ -23,6 +23,7 @@ public:
     ConfigKey txtConfigKeyPress(ConfigField* field, QChar typed);
     void txtConfigChange(int index); // the user changed the text of txtConfig(index)
     void chkCHClick(int k);          // the user clicked chkCH(k)
+    void cmbDepartClick();           // the user chose a department
     void optDeValidate(int k);       // the user chose optDe(k)
 
     // Shows the current PRIXLIST row in the pane: its heading (the list's desc, or message
@@ -35,6 +36,8 @@ public:
     bool SauveChange(qint16 mode);
 
 private:
+    void registerControls();
+    void fieldEdited(int field);
     void restoreFocusedControl(QWidget* focused);
     bool saveRow();
     void dropChanges(qint16 mode);

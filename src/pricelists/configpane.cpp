@@ -203,9 +203,9 @@ void ConfigPane::label() {
 }
 
 void ConfigPane::labelFields() {
-    const std::pair<int, int> captions[] = {
-        {PrixField::CodeGro, 10}, {PrixField::FicFamille, 63}, {PrixField::DateEff, 11},
-        {PrixField::DateStk, 12}, {PrixField::Departem, 13},   {PrixField::Fournis, 14}};
+    const std::pair<int, int> captions[] = {{PrixField::CodeGro, 10},  {PrixField::FicFamille, 63},
+                                            {PrixField::DateEff, 11},  {PrixField::DateStk, 12},
+                                            {PrixField::Departem, 13}, {PrixField::Fournis, 14}};
     for (const auto& [field, message] : captions)
         lblConfig[field]->setText(LoadText(message));
 }

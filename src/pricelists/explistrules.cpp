@@ -7,7 +7,9 @@
 #include <QKeyEvent>
 #include <QLineEdit>
 
-ExpListRules* ExpListRules::install(QLineEdit* field) { return new ExpListRules(field); }
+ExpListRules* ExpListRules::install(QLineEdit* field) {
+    return new ExpListRules(field);
+}
 
 ExpListRules::ExpListRules(QLineEdit* field) : QObject(field), field_(field) {
     field->installEventFilter(this);

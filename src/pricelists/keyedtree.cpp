@@ -88,7 +88,9 @@ QTreeWidgetItem* KeyedTree::addChild(const QString& parentKey, const QString& ke
     return item;
 }
 
-QTreeWidgetItem* KeyedTree::node(const QString& key) const { return byKey_.value(key); }
+QTreeWidgetItem* KeyedTree::node(const QString& key) const {
+    return byKey_.value(key);
+}
 
 QTreeWidgetItem* KeyedTree::node(int oneBasedIndex) const {
     if (oneBasedIndex < 1 || oneBasedIndex > nodes_.size())
@@ -130,7 +132,9 @@ int KeyedTree::rowOf(const QTreeWidgetItem* item) {
     return row.isValid() ? row.toInt() : -1;
 }
 
-void KeyedTree::setRow(QTreeWidgetItem* item, int row) { item->setData(0, RowRole, row); }
+void KeyedTree::setRow(QTreeWidgetItem* item, int row) {
+    item->setData(0, RowRole, row);
+}
 
 QString KeyedTree::fileCodeOf(const QTreeWidgetItem* item) {
     return item ? item->data(0, FileCodeRole).toString() : QString();

@@ -8,7 +8,8 @@
 //     parts.window = this;                        // shows the hourglass while saving
 //     parts.rsPrixList = &rsPrixList;             // the shared recordsets, open for the run
 //     parts.rsCataList = &rsCataList;
-//     parts.bindConfig = [](bool b) { BindConfig(b); };
+//     parts.rsDepart = &rsDepart;
+//     parts.binding = &ConfigBinding();           // the pane registers its controls there
 //     parts.buttons = {picMenu, lblMenu};         // lent, not owned
 //     parts.partSearch = partSearchPane;          // may be null
 //     priceLists = std::make_unique<PriceListsUi>(listState, parts);
@@ -29,12 +30,12 @@
 
 #include <QPointer>
 #include <array>
-#include <functional>
 #include <memory>
 
 class CatTreePane;
 class ConfigEditor;
 class ConfigPane;
+class FieldBinding;
 class ListTreePane;
 class PartSearchPane;
 class Recordset;
@@ -47,8 +48,9 @@ public:
         QWidget* window = nullptr;
         Recordset* rsPrixList = nullptr;
         Recordset* rsCataList = nullptr;
-        // Ties the configuration pane to the current PRIXLIST row (true) or unties it.
-        std::function<void(bool)> bindConfig;
+        Recordset* rsDepart = nullptr; // the departments of cmbDepart
+        // Where the configuration pane's controls are tied to the current PRIXLIST row.
+        FieldBinding* binding = nullptr;
         CommandButtons buttons;
         PartSearchPane* partSearch = nullptr;
     };

@@ -23,7 +23,9 @@ void EndProgram() {
     std::exit(0);
 }
 
-ProgramEnd SetProgramEnd(ProgramEnd end) { return std::exchange(programEnd(), std::move(end)); }
+ProgramEnd SetProgramEnd(ProgramEnd end) {
+    return std::exchange(programEnd(), std::move(end));
+}
 
 void RestartForConversion() {
     MsgBox(LoadText(133));

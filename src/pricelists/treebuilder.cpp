@@ -38,12 +38,11 @@ private:
 } // namespace
 
 QString ErrorBoxText(const QString& label, qint64 number, const QString& description) {
-    return label + QString::number(number) + QLatin1Char('\n') + description +
-           QLatin1Char('\n') + App().ContactLine;
+    return label + QString::number(number) + QLatin1Char('\n') + description + QLatin1Char('\n') +
+           App().ContactLine;
 }
 
-StepResult RunGuarded(const QString& label, const std::function<void()>& step,
-                      bool endOnClosed) {
+StepResult RunGuarded(const QString& label, const std::function<void()>& step, bool endOnClosed) {
     try {
         step();
         return StepResult::Done;
@@ -76,9 +75,13 @@ struct TreeBuilder::ListFields {
 
 TreeBuilder::TreeBuilder(PriceListsUi& ui) : ui_(ui) {}
 
-KeyedTree& TreeBuilder::listTree(int index) const { return *ui_.listPane->tvwList.at(index); }
+KeyedTree& TreeBuilder::listTree(int index) const {
+    return *ui_.listPane->tvwList.at(index);
+}
 
-KeyedTree& TreeBuilder::catTree(int index) const { return *ui_.catPane->tvwCat.at(index); }
+KeyedTree& TreeBuilder::catTree(int index) const {
+    return *ui_.catPane->tvwCat.at(index);
+}
 
 void TreeBuilder::SetupCat() {
     PriceListState& state = ui_.state();
@@ -217,8 +220,8 @@ bool TreeBuilder::addListRow(int row, const ListFields& f, int& childCount) {
         add(3, ColorInactive, false);
         return true;
     }
-    const ListBranches branches = BranchesOf(true, DateOf(rs.value(f.dateStk)),
-                                             DateOf(rs.value(f.dateEff)), state.Today());
+    const ListBranches branches =
+        BranchesOf(true, DateOf(rs.value(f.dateStk)), DateOf(rs.value(f.dateEff)), state.Today());
     const bool checked = !state.ListMarks(0, row).isEmpty();
     state.ListMarks(1, row).clear();
     add(0, branches.color, checked);

@@ -27,8 +27,8 @@ public:
 private:
     struct ListFields; // ordinals of the PRIXLIST fields read per row
     bool addListRow(int row, const ListFields& fields, int& childCount);
-    bool addCatalogueChildren(int row, const QString& catno, const QString& text,
-                              OleColor color, int& childCount);
+    bool addCatalogueChildren(int row, const QString& catno, const QString& text, OleColor color,
+                              int& childCount);
     void restoreSelection();
     KeyedTree& listTree(int index) const;
     KeyedTree& catTree(int index) const;

@@ -59,11 +59,17 @@ void TreeInteractions::connectCatTree(KeyedTree* tree) {
             [this, i](QTreeWidgetItem* node) { tvwCatNodeCheck(i, node); });
 }
 
-KeyedTree& TreeInteractions::listTree(int i) const { return *ui_.listPane->tvwList.at(i); }
+KeyedTree& TreeInteractions::listTree(int i) const {
+    return *ui_.listPane->tvwList.at(i);
+}
 
-KeyedTree& TreeInteractions::catTree(int i) const { return *ui_.catPane->tvwCat.at(i); }
+KeyedTree& TreeInteractions::catTree(int i) const {
+    return *ui_.catPane->tvwCat.at(i);
+}
 
-void TreeInteractions::tbsListBeforeClick() { listTree(ui_.state().CurrentListTab).hide(); }
+void TreeInteractions::tbsListBeforeClick() {
+    listTree(ui_.state().CurrentListTab).hide();
+}
 
 // The configuration pane and the Désactiver button serve the activated lists; the tab of the
 // lists not activated offers Activer instead.
@@ -84,7 +90,9 @@ void TreeInteractions::tbsListClick(int tab) {
     tree.setFocus();
 }
 
-void TreeInteractions::tbsCatBeforeClick() { catTree(ui_.state().CurrentCatTab).hide(); }
+void TreeInteractions::tbsCatBeforeClick() {
+    catTree(ui_.state().CurrentCatTab).hide();
+}
 
 void TreeInteractions::tbsCatClick(int tab) {
     if (tab < 0 || tab > 1)

@@ -5,7 +5,9 @@
 #include <QFontDatabase>
 #include <QVBoxLayout>
 
-QFont ListTreeFont() { return QFontDatabase::systemFont(QFontDatabase::FixedFont); }
+QFont ListTreeFont() {
+    return QFontDatabase::systemFont(QFontDatabase::FixedFont);
+}
 
 namespace {
 

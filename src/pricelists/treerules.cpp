@@ -5,11 +5,12 @@ QColor ToQColor(OleColor color) {
 }
 
 OleColor FromQColor(const QColor& color) {
-    return OleColor(color.red()) | (OleColor(color.green()) << 8) |
-           (OleColor(color.blue()) << 16);
+    return OleColor(color.red()) | (OleColor(color.green()) << 8) | (OleColor(color.blue()) << 16);
 }
 
-QDate SystemToday() { return QDate::currentDate(); }
+QDate SystemToday() {
+    return QDate::currentDate();
+}
 
 std::optional<QDate> DateOf(const QVariant& value) {
     if (value.isNull() || !value.isValid())
@@ -28,7 +29,9 @@ QString CatalogueKey(const QString& code) {
     return QStringLiteral("C") + code.rightJustified(3, QLatin1Char(' '));
 }
 
-QString ListChildKey(int row, int childCount) { return ListKey(row) + QString::number(childCount); }
+QString ListChildKey(int row, int childCount) {
+    return ListKey(row) + QString::number(childCount);
+}
 
 int RowFromListKey(const QString& key) {
     if (key.size() < 2)
@@ -63,8 +66,8 @@ OleColor ActivatedListColor(std::optional<QDate> dateStk, std::optional<QDate> d
     return color;
 }
 
-ListBranches BranchesOf(bool activated, std::optional<QDate> dateStk,
-                        std::optional<QDate> dateEff, QDate today) {
+ListBranches BranchesOf(bool activated, std::optional<QDate> dateStk, std::optional<QDate> dateEff,
+                        QDate today) {
     ListBranches branches;
     if (!activated)
         return branches;
@@ -75,8 +78,7 @@ ListBranches BranchesOf(bool activated, std::optional<QDate> dateStk,
     return branches;
 }
 
-bool CatalogueToUpdate(bool activated, std::optional<QDate> dateStk,
-                       std::optional<QDate> dateEff) {
+bool CatalogueToUpdate(bool activated, std::optional<QDate> dateStk, std::optional<QDate> dateEff) {
     return activated && dateEff && (!dateStk || *dateStk != *dateEff);
 }
 

@@ -57,8 +57,8 @@ struct ListBranches {
     bool toUpdate = false;  // tree 1
     bool upcoming = false;  // tree 2
 };
-ListBranches BranchesOf(bool activated, std::optional<QDate> dateStk,
-                        std::optional<QDate> dateEff, QDate today);
+ListBranches BranchesOf(bool activated, std::optional<QDate> dateStk, std::optional<QDate> dateEff,
+                        QDate today);
 
 // An activated catalogue is to be updated when its DATESTK differs from its DATEEFF; a missing
 // DATEEFF never differs, a missing DATESTK differs from any DATEEFF.

@@ -24,7 +24,9 @@ QList<ListRow> lists() {
             {"C BOUGIES", "CCC", true, Past, Past, "CH", false, 2.0}};
 }
 
-QList<CatalogueRow> catalogues() { return {{"ABC", "Alpha"}}; }
+QList<CatalogueRow> catalogues() {
+    return {{"ABC", "Alpha"}};
+}
 
 // Shows a list as a click on its node in the first tree does.
 void show(ListFixture& f, const QString& key) {
@@ -33,7 +35,7 @@ void show(ListFixture& f, const QString& key) {
     f.ui->interactions().Nodeclick(0, tree.node(key));
 }
 
-// What the binding does when the user types into the group-code field.
+// The user replaces the group code by typing.
 void editGroupCode(ListFixture& f, const QString& text) {
     ConfigField* field = f.ui->configPane->txtConfig[PrixField::CodeGro];
     field->setFocus();
@@ -41,9 +43,6 @@ void editGroupCode(ListFixture& f, const QString& text) {
     field->del();
     for (QChar c : text)
         QTest::keyClick(field, c.toLatin1());
-    if (text.isEmpty())
-        Q_EMIT field->textEdited(QString());
-    f.rsPrixList.setValue(PrixField::CodeGro, field->text());
 }
 
 void expectSaveQuestion(ScriptedPrompter& prompts, Answer answer) {
@@ -190,4 +189,29 @@ TEST(Config, ABatchOfActivationsIsWrittenAtOnce) {
         EXPECT_TRUE(f.ui->config().SauveChange(Dirty::Batch));
     }
     EXPECT_EQ(f.storedField("BBB", "FOURNIS").toString(), "NORVALE");
+}
+
+TEST(Config, ThePaneShowsTheListClickedAndMarksEveryKindOfEdit) {
+    ListFixture f(lists(), catalogues());
+    f.ui->refresh();
+    show(f, "L002");
+    ConfigPane& pane = *f.ui->configPane;
+    EXPECT_EQ(pane.txtConfig[PrixField::CodeGro]->text(), "CH");
+    EXPECT_EQ(pane.txtConfig[PrixField::DateEff]->text(), "2026.02.01");
+    EXPECT_TRUE(pane.chkCH[0]->isChecked());
+    EXPECT_FALSE(pane.chkCH[1]->isChecked());
+    EXPECT_EQ(pane.cmbDepart->count(), 13);
+
+    pane.chkCH[1]->click();
+    EXPECT_EQ(f.state.ConfigDirty, Dirty::Pane);
+    EXPECT_TRUE(f.rsPrixList.value(PrixField::ChDesc1 + 1).toBool());
+    f.rsPrixList.cancelUpdate();
+    f.state.ConfigDirty = Dirty::None;
+
+    pane.cmbDepart->setFocus();
+    QTest::keyClick(pane.cmbDepart, Qt::Key_Down);
+    EXPECT_EQ(f.state.ConfigDirty, Dirty::Pane);
+    EXPECT_FALSE(f.rsPrixList.value(PrixField::Departem).isNull());
+    f.rsPrixList.cancelUpdate();
+    f.state.ConfigDirty = Dirty::None;
 }

@@ -23,7 +23,9 @@ QList<ListRow> lists() {
             {"D COURROIES", "DDD", false, Past, Past}};
 }
 
-QList<CatalogueRow> catalogues() { return {{"ABC", "Alpha"}, {"XY", "Xray"}}; }
+QList<CatalogueRow> catalogues() {
+    return {{"ABC", "Alpha"}, {"XY", "Xray"}};
+}
 
 // A point on the text of a node, well clear of its check box.
 QPoint onText(KeyedTree& tree, QTreeWidgetItem* node) {

@@ -11,22 +11,28 @@
 
 namespace {
 
-FieldDef text(const char* name, int length) { return {QString::fromLatin1(name), 'C', length, 0}; }
-FieldDef logical(const char* name) { return {QString::fromLatin1(name), 'L', 1, 0}; }
-FieldDef date(const char* name) { return {QString::fromLatin1(name), 'D', 8, 0}; }
+FieldDef text(const char* name, int length) {
+    return {QString::fromLatin1(name), 'C', length, 0};
+}
+FieldDef logical(const char* name) {
+    return {QString::fromLatin1(name), 'L', 1, 0};
+}
+FieldDef date(const char* name) {
+    return {QString::fromLatin1(name), 'D', 8, 0};
+}
 FieldDef number(const char* name, int length = 6, int decimals = 2) {
     return {QString::fromLatin1(name), 'N', length, decimals};
 }
 
 // PRIXLIST in its field order: the pane binds text box i to field i.
 QList<FieldDef> prixListFields() {
-    QList<FieldDef> fields = {logical("UTILISER"), text("DESC", 40),    text("FICHIER", 8),
-                              date("DATEEFF"),     date("DATESTK"),     text("CODEGRO", 4),
-                              logical("PASOBLIGER"), text("CODENVC", 3), text("CODEUNI", 3),
-                              text("CODEACK", 3),  text("CODEUAP", 3),  number("COUTDE", 1, 0),
-                              number("COUTPCT"),   number("PCT1"),      number("PCT2"),
-                              number("PCT3"),      text("DEPARTEM", 3), logical("CH_DESC1"),
-                              logical("CH_DESC2"), logical("CH_COUT"),  text("FOURNIS", 25)};
+    QList<FieldDef> fields = {logical("UTILISER"),   text("DESC", 40),    text("FICHIER", 8),
+                              date("DATEEFF"),       date("DATESTK"),     text("CODEGRO", 4),
+                              logical("PASOBLIGER"), text("CODENVC", 3),  text("CODEUNI", 3),
+                              text("CODEACK", 3),    text("CODEUAP", 3),  number("COUTDE", 1, 0),
+                              number("COUTPCT"),     number("PCT1"),      number("PCT2"),
+                              number("PCT3"),        text("DEPARTEM", 3), logical("CH_DESC1"),
+                              logical("CH_DESC2"),   logical("CH_COUT"),  text("FOURNIS", 25)};
     for (int n = 1; n <= 10; ++n) {
         fields << FieldDef{QStringLiteral("SGR%1").arg(n), 'C', 9, 0}
                << FieldDef{QStringLiteral("SGR%1PCT").arg(n), 'N', 6, 2};
@@ -36,8 +42,12 @@ QList<FieldDef> prixListFields() {
     return fields;
 }
 
-QVariant dateValue(const std::optional<QDate>& d) { return d ? QVariant(*d) : QVariant(); }
-QVariant textValue(const QString& s) { return s.isEmpty() ? QVariant() : QVariant(s); }
+QVariant dateValue(const std::optional<QDate>& d) {
+    return d ? QVariant(*d) : QVariant();
+}
+QVariant textValue(const QString& s) {
+    return s.isEmpty() ? QVariant() : QVariant(s);
+}
 
 } // namespace
 
@@ -74,14 +84,26 @@ void WriteCataList(const QString& directory, const QList<CatalogueRow>& rows) {
     writeNewTable(directory + QStringLiteral("/CATALIST.DBF"), table);
 }
 
+void WriteDepart(const QString& directory, int count) {
+    NewTable table;
+    table.fields = {text("CODEP", 3), text("DESCR", 30)};
+    for (int n = 1; n <= count; ++n)
+        table.rows << QVariantList{QStringLiteral("%1").arg(n, 2, 10, QLatin1Char('0')),
+                                   QStringLiteral("Département %1").arg(n)};
+    writeNewTable(directory + QStringLiteral("/DEPART.DBF"), table);
+}
+
 ListFixture::ListFixture(const QList<ListRow>& lists, const QList<CatalogueRow>& catalogues) {
     WritePrixList(dir.path(), lists);
     WriteCataList(dir.path(), catalogues);
+    WriteDepart(dir.path(), 20);
     conn.open(dir.path() + QLatin1Char('/'));
     rsPrixList.open(QStringLiteral("SELECT * FROM PRIXLIST ORDER BY [DESC]"), conn,
                     CursorType::Keyset, LockType::Optimistic);
     rsCataList.open(QStringLiteral("SELECT * FROM CATALIST ORDER BY [DESC]"), conn,
                     CursorType::Keyset, LockType::Optimistic);
+    rsDepart.open(QStringLiteral("SELECT TOP 13 * FROM DEPART"), conn, CursorType::Keyset,
+                  LockType::Optimistic);
     state.Today = [] { return FixtureToday; };
 
     window = std::make_unique<QWidget>();
@@ -90,10 +112,8 @@ ListFixture::ListFixture(const QList<ListRow>& lists, const QList<CatalogueRow>&
     parts.window = window.get();
     parts.rsPrixList = &rsPrixList;
     parts.rsCataList = &rsCataList;
-    parts.bindConfig = [this](bool b) {
-        ++bindCalls;
-        bound = b;
-    };
+    parts.rsDepart = &rsDepart;
+    parts.binding = &binding;
     for (int i = 0; i < 7; ++i) {
         picMenu[i] = new QLabel(window.get());
         parts.buttons.picMenu[i] = picMenu[i];
@@ -133,9 +153,13 @@ QVariant ListFixture::storedField(const QString& fichier, const QString& field) 
     return fresh.eof() ? QVariant() : fresh.value(field);
 }
 
-KeyedTree& ListFixture::list(int i) const { return *ui->listPane->tvwList.at(i); }
+KeyedTree& ListFixture::list(int i) const {
+    return *ui->listPane->tvwList.at(i);
+}
 
-KeyedTree& ListFixture::cat(int i) const { return *ui->catPane->tvwCat.at(i); }
+KeyedTree& ListFixture::cat(int i) const {
+    return *ui->catPane->tvwCat.at(i);
+}
 
 QStringList ListFixture::keys(const KeyedTree& tree) const {
     QStringList keys;

@@ -4,6 +4,7 @@
 // directory, the two recordsets opened on them as the program opens them, and the three panes
 // with their logic composed as the main window composes them.
 
+#include "data/fieldbinding.h"
 #include "dbase/connection.h"
 #include "dbase/recordset.h"
 #include "pricelists/pricelistsui.h"
@@ -46,6 +47,8 @@ inline const QDate FixtureToday(2026, 3, 16);
 
 void WritePrixList(const QString& directory, const QList<ListRow>& rows);
 void WriteCataList(const QString& directory, const QList<CatalogueRow>& rows);
+// DEPART with departments 01 to `count`, named "Département n".
+void WriteDepart(const QString& directory, int count);
 
 class ListFixture {
 public:
@@ -66,11 +69,11 @@ public:
     Connection conn;
     Recordset rsPrixList;
     Recordset rsCataList;
+    Recordset rsDepart;
+    FieldBinding binding;
     PriceListState state;
     std::unique_ptr<QWidget> window;
     std::array<QLabel*, 7> picMenu{};
     std::array<QLabel*, 5> lblMenu{};
     std::unique_ptr<PriceListsUi> ui;
-    int bindCalls = 0;
-    bool bound = false;
 };

@@ -56,9 +56,8 @@ TEST(Trees, EachListGoesToTheBranchesOfItsDates) {
     EXPECT_EQ(f.state.ListMarks.upperBound(), 7);
     for (int row = 0; row < 7; ++row)
         EXPECT_EQ(f.state.ListMarks(1, row), row <= 1 ? "1" : "") << row;
-    // The pane is untied while the rows are walked and tied again after.
-    EXPECT_TRUE(f.bound);
-    EXPECT_EQ(f.bindCalls, 2);
+    // The pane is tied to the row again once the rows are walked.
+    EXPECT_TRUE(f.binding.isBound());
     EXPECT_TRUE(f.list(0).isVisible());
     EXPECT_FALSE(f.list(3).isVisible());
 }
