@@ -5,6 +5,7 @@
 #include "app/hiddenstrings.h"
 #include "app/settings.h"
 #include "demoprograms.h"
+#include "demotables.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -38,6 +39,7 @@ int main(int argc, char** argv) {
             QCoreApplication::applicationDirPath() + QStringLiteral("/../../src/") + HiddenString(0);
         writeDemoPrograms(root, service);
         // The tables and the parts file of the installation:
+        writeDemoTables(root);
         if (doRegister)
             registerInstallation(root, english);
     } catch (const std::exception& error) {

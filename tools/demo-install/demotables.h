@@ -1,0 +1,12 @@
+#pragma once
+
+#include <QDate>
+#include <QString>
+
+// Writes the demo installation's tables under root (the installation's drive directory),
+// creating NVNV, PRG, NVGL and NVINFO when missing: PRIXLIST (about 60 price lists: activated
+// and up to date, to be updated, upcoming, not activated; associations in CATNO), CATALIST (12
+// catalogues with their categories), PARAPROG, DEPART, NVVERS, NVAPPEL, NVINDEX, and the
+// 45-field form of PRIXLIST before CATNO as NVNV/PRIXLIST.OLD-FORM.DBF. Dates are relative to
+// `today`. Throws DbError when a table cannot be written.
+void writeDemoTables(const QString& root, const QDate& today = QDate::currentDate());
