@@ -113,8 +113,9 @@ constexpr int ListCount = int(std::size(Suppliers));
 
 enum class ListState { UpToDate, ToUpdate, Upcoming, Inactive };
 
+// Spread so that the lists sharing a group code are in different states.
 ListState stateOf(int i) {
-    return ListState(i % 4);
+    return ListState((i + i / 20) % 4);
 }
 
 // Group code of list i: the codes of the demo parts file, shared by several lists.
