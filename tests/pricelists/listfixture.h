@@ -4,6 +4,8 @@
 // directory, the two recordsets opened on them as the program opens them, and the three panes
 // with their logic composed as the main window composes them.
 
+#include "listtables.h"
+
 #include "data/fieldbinding.h"
 #include "dbase/connection.h"
 #include "dbase/recordset.h"
@@ -19,36 +21,6 @@
 #include <optional>
 
 class KeyedTree;
-
-// One PRIXLIST row; fields left out are Null.
-struct ListRow {
-    QString desc;
-    QString fichier;
-    bool utiliser = true;
-    std::optional<QDate> dateEff;
-    std::optional<QDate> dateStk;
-    QString codeGro;
-    bool pasObliger = false;
-    QVariant coutDe = 1.0;
-    QString ficFamille;
-    QString catNo;
-};
-
-struct CatalogueRow {
-    QString fichier;
-    QString desc;
-    bool utiliser = true;
-    std::optional<QDate> dateEff;
-    std::optional<QDate> dateStk;
-};
-
-// The date the tests take for today.
-inline const QDate FixtureToday(2026, 3, 16);
-
-void WritePrixList(const QString& directory, const QList<ListRow>& rows);
-void WriteCataList(const QString& directory, const QList<CatalogueRow>& rows);
-// DEPART with departments 01 to `count`, named "Département n".
-void WriteDepart(const QString& directory, int count);
 
 class ListFixture {
 public:
