@@ -4,6 +4,7 @@
 #include "dbase/textcodec.h"
 
 #include <QtEndian>
+#include <charconv>
 #include <cmath>
 #include <cstring>
 
@@ -80,20 +81,13 @@ FieldDef parseDescriptor(const char* d, const QString& table) {
 }
 
 QVariant decodeNumber(const char* data, const FieldDef& f) {
-    const QString text = QString::fromLatin1(data, f.length).trimmed();
-    if (text.isEmpty() || text.startsWith(QLatin1Char('*')))
-        return {};
-    bool ok = false;
-    const double value = text.toDouble(&ok);
-    return ok ? QVariant(value) : QVariant();
+    double value = 0;
+    return Dbf::parseNumber(data, f.length, value) ? QVariant(value) : QVariant();
 }
 
 QVariant decodeDate(const char* data) {
-    const QByteArrayView text(data, 8);
-    if (text.trimmed().isEmpty() || text == "00000000")
-        return {};
-    const QDate date = QDate::fromString(QString::fromLatin1(text), QStringLiteral("yyyyMMdd"));
-    return date.isValid() ? QVariant(date) : QVariant();
+    QDate date;
+    return Dbf::parseDate(data, date) ? QVariant(date) : QVariant();
 }
 
 QVariant decodeLogical(char c) {
@@ -370,6 +364,36 @@ void encodeField(char* data, const FieldDef& f, const QVariant& value, const Tex
         data[0] = logicalOf(value, f);
         return;
     }
+}
+
+bool parseNumber(const char* data, int length, double& value) {
+    int begin = 0;
+    int end = length;
+    while (begin < end && (data[begin] == ' ' || data[begin] == '\0'))
+        ++begin;
+    while (end > begin && (data[end - 1] == ' ' || data[end - 1] == '\0'))
+        --end;
+    if (begin == end || data[begin] == '*')
+        return false;
+    if (data[begin] == '+')
+        ++begin;
+    const auto result = std::from_chars(data + begin, data + end, value);
+    return result.ec == std::errc() && result.ptr == data + end;
+}
+
+bool parseDate(const char* data, QDate& date) {
+    int parts[3] = {0, 0, 0};
+    const int widths[3] = {4, 2, 2};
+    const char* p = data;
+    for (int k = 0; k < 3; ++k) {
+        for (int i = 0; i < widths[k]; ++i, ++p) {
+            if (*p < '0' || *p > '9')
+                return false;
+            parts[k] = parts[k] * 10 + (*p - '0');
+        }
+    }
+    date = QDate(parts[0], parts[1], parts[2]);
+    return date.isValid() && parts[0] > 0;
 }
 
 QByteArray blankRecord(const TableHeader& h) {

@@ -60,6 +60,10 @@ QVariant decodeField(const char* data, const FieldDef& field, const TextCodec& c
 // Writes a value into a field's bytes (field.length bytes at data); Null and empty texts
 // store blanks. Throws DbError (DbErrors::TypeMismatch) when the value does not fit.
 void encodeField(char* data, const FieldDef& field, const QVariant& value, const TextCodec& codec);
+// The stored forms read fast: a number (blanks around it; blank or starred is no number) and
+// a date (YYYYMMDD; blank, 00000000 or impossible is no date).
+bool parseNumber(const char* data, int length, double& value);
+bool parseDate(const char* data, QDate& date);
 // A record of blanks, not deleted.
 QByteArray blankRecord(const TableHeader& header);
 

@@ -207,14 +207,12 @@ SqlValue fieldValue(const char* record, const TableHeader& h, int field) {
     }
     case 'N':
     case 'F': {
-        const QByteArray text = QByteArray(data, f.length).trimmed();
-        bool ok = false;
-        const double n = text.toDouble(&ok);
-        return ok && !text.startsWith('*') ? SqlValue::ofNumber(n) : SqlValue::null();
+        double n = 0;
+        return Dbf::parseNumber(data, f.length, n) ? SqlValue::ofNumber(n) : SqlValue::null();
     }
     case 'D': {
-        const QDate d = QDate::fromString(QString::fromLatin1(data, 8), QStringLiteral("yyyyMMdd"));
-        return d.isValid() ? SqlValue::ofDate(d.toJulianDay()) : SqlValue::null();
+        QDate d;
+        return Dbf::parseDate(data, d) ? SqlValue::ofDate(d.toJulianDay()) : SqlValue::null();
     }
     case 'L':
         if (QByteArrayView("TtYy").contains(data[0]))

@@ -5,6 +5,7 @@
 
 #include <QDir>
 #include <algorithm>
+#include <cstring>
 
 namespace {
 
@@ -37,8 +38,90 @@ QList<int> selectedColumns(const SelectStatement& s, const TableSnapshot& t) {
     return columns;
 }
 
+struct TextKey {
+    const char* data;
+    int size; // 0 for Null (blank)
+};
+
+TextKey textKey(const char* record, const TableHeader& h, int field) {
+    const char* data = record + h.offsets[field];
+    int n = h.fields[field].length;
+    while (n > 0 && (data[n - 1] == ' ' || data[n - 1] == '\0'))
+        --n;
+    return {data, n};
+}
+
+int compareTextKeys(const TextKey& a, const TextKey& b) {
+    const int c = std::memcmp(a.data, b.data, size_t(std::min(a.size, b.size)));
+    if (c != 0)
+        return c;
+    return a.size - b.size; // Null (empty) first, then by bytes
+}
+
+// Eight key bytes from `skip` on as one big-endian number (zeros past the end), so that most
+// comparisons of the sort need no memcmp.
+quint64 keyPrefix(const TextKey& k, int skip) {
+    quint64 prefix = 0;
+    for (int i = 0; i < 8; ++i) {
+        const int at = skip + i;
+        prefix = (prefix << 8) | (at < k.size ? quint8(k.data[at]) : 0);
+    }
+    return prefix;
+}
+
+// Bytes that every key shares at its start: the prefixes start after them.
+int commonStart(const std::vector<TextKey>& keys) {
+    if (keys.empty())
+        return 0;
+    int common = keys[0].size;
+    for (const TextKey& k : keys) {
+        int i = 0;
+        while (i < common && i < k.size && k.data[i] == keys[0].data[i])
+            ++i;
+        common = i;
+    }
+    return common;
+}
+
+struct SortEntry {
+    quint64 prefix;
+    TextKey key;
+    quint32 recno;
+};
+
+// The common order on one text field ([DESC]) compares the stored bytes in place.
+bool sortByOneTextField(std::vector<quint32>& recnos, const std::vector<OrderKey>& keys,
+                        const TableSnapshot& t) {
+    if (keys.size() != 1 || keys[0].expr->kind != Expr::Kind::Column ||
+        t.header.fields[keys[0].expr->field].type != 'C')
+        return false;
+    const int field = keys[0].expr->field;
+    const bool descending = keys[0].descending;
+    std::vector<TextKey> textKeys;
+    textKeys.reserve(recnos.size());
+    for (quint32 recno : recnos)
+        textKeys.push_back(textKey(t.record(recno), t.header, field));
+    const int skip = commonStart(textKeys);
+    std::vector<SortEntry> rows;
+    rows.reserve(recnos.size());
+    for (size_t i = 0; i < recnos.size(); ++i)
+        rows.push_back({keyPrefix(textKeys[i], skip), textKeys[i], recnos[i]});
+    std::stable_sort(rows.begin(), rows.end(),
+                     [descending](const SortEntry& a, const SortEntry& b) {
+                         int c = a.prefix == b.prefix ? 0 : (a.prefix < b.prefix ? -1 : 1);
+                         if (c == 0)
+                             c = compareTextKeys(a.key, b.key);
+                         return descending ? c > 0 : c < 0;
+                     });
+    for (size_t i = 0; i < rows.size(); ++i)
+        recnos[i] = rows[i].recno;
+    return true;
+}
+
 void sortRows(std::vector<quint32>& recnos, const std::vector<OrderKey>& keys,
               const TableSnapshot& t) {
+    if (sortByOneTextField(recnos, keys, t))
+        return;
     // Keys are worked out once per row; equal keys keep the file order (stable sort).
     const size_t n = recnos.size();
     std::vector<std::vector<SqlValue>> values(keys.size());

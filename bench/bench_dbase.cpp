@@ -1,0 +1,201 @@
+// The engine on large tables, each figure beside a plain read of the same file's bytes in the
+// same run (counter "ratio" = engine time / plain read time):
+//   - opening "SELECT * FROM PRIXLIST ORDER BY [DESC]" on 20,000 price lists (goal: ratio < 3);
+//   - a Filter + Find + Update cycle on that recordset;
+//   - reading every value of every row of a 200,000-row table, with its peak memory.
+#include "dbase/recordset.h"
+#include "dbase/tablewriter.h"
+
+#include <QDate>
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+#include <benchmark/benchmark.h>
+#include <chrono>
+#include <fstream>
+#include <string>
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+QTemporaryDir& workDir() {
+    static QTemporaryDir dir;
+    return dir;
+}
+
+QList<FieldDef> prixListFields() {
+    QList<FieldDef> f = {{"UTILISER", 'L', 1, 0},  {"DESC", 'C', 40, 0},   {"FICHIER", 'C', 8, 0},
+                         {"DATEEFF", 'D', 8, 0},   {"DATESTK", 'D', 8, 0}, {"CODEGRO", 'C', 4, 0},
+                         {"PASOBLIGER", 'L', 1, 0}};
+    for (const char* name : {"CODENVC", "CODEUNI", "CODEACK", "CODEUAP"})
+        f << FieldDef{name, 'C', 4, 0};
+    f << FieldDef{"COUTDE", 'N', 1, 0};
+    for (const char* name : {"COUTPCT", "PCT1", "PCT2", "PCT3"})
+        f << FieldDef{name, 'N', 6, 2};
+    f << FieldDef{"DEPARTEM", 'C', 3, 0} << FieldDef{"CH_DESC1", 'L', 1, 0}
+      << FieldDef{"CH_DESC2", 'L', 1, 0} << FieldDef{"CH_COUT", 'L', 1, 0}
+      << FieldDef{"FOURNIS", 'C', 25, 0};
+    for (int n = 1; n <= 10; ++n)
+        f << FieldDef{QStringLiteral("SGR%1").arg(n), 'C', 9, 0}
+          << FieldDef{QStringLiteral("SGR%1PCT").arg(n), 'N', 6, 2};
+    f << FieldDef{"DATEMISE", 'D', 8, 0} << FieldDef{"PLUSDISPO", 'L', 1, 0}
+      << FieldDef{"LFAMILLE", 'L', 1, 0} << FieldDef{"FICFAMILLE", 'C', 8, 0}
+      << FieldDef{"CATNO", 'C', 254, 0};
+    return f;
+}
+
+// 20,000 lists in shuffled description order, 500 group codes.
+const QString& prixList() {
+    static const QString path = [] {
+        NewTable t;
+        t.fields = prixListFields();
+        for (int i = 0; i < 20000; ++i) {
+            QVariantList row(t.fields.size());
+            row[0] = i % 3 != 0;
+            row[1] = QStringLiteral("Supplier %1 price list")
+                         .arg((i * 7919) % 20000, 5, 10, QLatin1Char('0'));
+            row[2] = QStringLiteral("F%1").arg(i, 6, 10, QLatin1Char('0'));
+            row[3] = QDate(2024, 1, 1).addDays(i % 300);
+            row[5] = QStringLiteral("G%1").arg(i % 500, 3, 10, QLatin1Char('0'));
+            row[12] = 12.5;
+            row[20] = QStringLiteral("SUPPLIER %1").arg(i % 900);
+            row[45] = QStringLiteral("AUT;ELE;");
+            t.rows << row;
+        }
+        const QString p = QDir(workDir().path()).filePath("PRIXLIST.DBF");
+        writeNewTable(p, t);
+        return p;
+    }();
+    return path;
+}
+
+// 200,000 parts: part number, description, two prices, a date, a flag.
+const QString& bigTable() {
+    static const QString path = [] {
+        NewTable t;
+        t.fields = {{"NUMERO", 'C', 20, 0}, {"DESCRIPTIO", 'C', 40, 0}, {"PRIX1", 'N', 10, 2},
+                    {"PRIX2", 'N', 10, 2},  {"DATEMAJ", 'D', 8, 0},     {"ACTIF", 'L', 1, 0}};
+        for (int i = 0; i < 200000; ++i)
+            t.rows << QVariantList{QStringLiteral("ACD-%1").arg(i, 8, 10, QLatin1Char('0')),
+                                   QStringLiteral("Part number %1").arg(i),
+                                   i * 0.01,
+                                   i * 0.02,
+                                   QDate(2020, 1, 1).addDays(i % 1000),
+                                   i % 2 == 0};
+        const QString p = QDir(workDir().path()).filePath("STOCKBIG.DBF");
+        writeNewTable(p, t);
+        return p;
+    }();
+    return path;
+}
+
+double secondsSince(Clock::time_point start) {
+    return std::chrono::duration<double>(Clock::now() - start).count();
+}
+
+// The plain read the engine is compared with: every byte of the file into memory.
+double plainRead(const QString& path) {
+    const auto start = Clock::now();
+    QFile f(path);
+    f.open(QIODevice::ReadOnly);
+    benchmark::DoNotOptimize(f.readAll());
+    return secondsSince(start);
+}
+
+void setRatio(benchmark::State& state, double engine, double plain) {
+    state.counters["engine_ms"] = benchmark::Counter(engine * 1000 / state.iterations());
+    state.counters["plain_read_ms"] = benchmark::Counter(plain * 1000 / state.iterations());
+    state.counters["ratio"] = engine / plain;
+}
+
+// Peak resident memory since the last reset, in MB (Linux).
+void resetPeakMemory() {
+    std::ofstream("/proc/self/clear_refs") << "5";
+}
+double peakMemoryMb() {
+    std::ifstream status("/proc/self/status");
+    std::string line;
+    while (std::getline(status, line))
+        if (line.rfind("VmHWM:", 0) == 0)
+            return std::stod(line.substr(6)) / 1024.0;
+    return 0;
+}
+
+void BM_OpenSortedPrixList(benchmark::State& state) {
+    const QString path = prixList();
+    Connection connection;
+    connection.open(workDir().path());
+    double engine = 0, plain = 0;
+    for (auto _ : state) {
+        const auto start = Clock::now();
+        Recordset rs;
+        rs.open("SELECT * FROM PRIXLIST ORDER BY [DESC]", connection, CursorType::Keyset,
+                LockType::Optimistic);
+        benchmark::DoNotOptimize(rs.recordCount());
+        engine += secondsSince(start);
+        state.PauseTiming();
+        plain += plainRead(path);
+        state.ResumeTiming();
+    }
+    setRatio(state, engine, plain);
+}
+BENCHMARK(BM_OpenSortedPrixList)->Unit(benchmark::kMillisecond);
+
+void BM_FilterFindUpdate(benchmark::State& state) {
+    const QString path = prixList();
+    Connection connection;
+    connection.open(workDir().path());
+    Recordset rs;
+    rs.open("SELECT * FROM PRIXLIST ORDER BY [DESC]", connection, CursorType::Keyset,
+            LockType::Optimistic);
+    double engine = 0, plain = 0;
+    int n = 0;
+    for (auto _ : state) {
+        const auto start = Clock::now();
+        const QString code = QStringLiteral("G%1").arg(n % 500, 3, 10, QLatin1Char('0'));
+        rs.setFilter("[CODEGRO] = '" + code + "' AND [UTILISER]=True");
+        rs.setFilter("");
+        rs.find(QStringLiteral("FICHIER = 'F%1'").arg((n * 37) % 20000, 6, 10, QLatin1Char('0')), 0,
+                SearchDirection::Forward, MoveStart::First);
+        rs.setValue("CATNO", QStringLiteral("AUT;ELE;%1;").arg(n % 100));
+        rs.update();
+        engine += secondsSince(start);
+        ++n;
+        state.PauseTiming();
+        plain += plainRead(path);
+        state.ResumeTiming();
+    }
+    setRatio(state, engine, plain);
+}
+BENCHMARK(BM_FilterFindUpdate)->Unit(benchmark::kMillisecond);
+
+void BM_ReadEveryRow200k(benchmark::State& state) {
+    const QString path = bigTable();
+    Connection connection;
+    connection.open(workDir().path());
+    double engine = 0, plain = 0, peak = 0;
+    for (auto _ : state) {
+        resetPeakMemory();
+        const double before = peakMemoryMb();
+        const auto start = Clock::now();
+        Recordset rs;
+        rs.open("STOCKBIG", connection, CursorType::Keyset, LockType::ReadOnly);
+        for (; !rs.eof(); rs.moveNext())
+            for (int i = 0; i < rs.fieldCount(); ++i)
+                benchmark::DoNotOptimize(rs.value(i));
+        engine += secondsSince(start);
+        peak = std::max(peak, peakMemoryMb() - before);
+        state.PauseTiming();
+        plain += plainRead(path);
+        state.ResumeTiming();
+    }
+    setRatio(state, engine, plain);
+    state.counters["file_MB"] = double(QFile(path).size()) / (1024 * 1024);
+    state.counters["peak_extra_MB"] = peak;
+}
+BENCHMARK(BM_ReadEveryRow200k)->Unit(benchmark::kMillisecond);
+
+} // namespace
+
+BENCHMARK_MAIN();
