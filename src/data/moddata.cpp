@@ -41,6 +41,7 @@ QString ConnectionString(const QString& directory) {
 
 bool OpenData() {
     try {
+        CloseData(); // whatever an earlier opening left open
         openConnection(connData, App().DataPath);
         openConnection(connPrg, App().PrgPath);
         openSorted(rsPrixList, "SELECT * FROM PRIXLIST ORDER BY [DESC]", connData);

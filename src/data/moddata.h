@@ -20,7 +20,8 @@ extern Recordset rsDepart;    // "SELECT TOP 13 * FROM DEPART"
 // The connection string for a directory (ending with its separator), as the program passes it.
 QString ConnectionString(const QString& directory);
 
-// Opens both connections and the five recordsets in their order. On failure shows message
+// Opens both connections and the five recordsets in their order (closing first whatever an
+// earlier call left open). On failure shows message
 // 1079 when a table is held by another workstation (0x80004005), else "errOpenData: " and the
 // description, and returns false: start-up then ends the program.
 bool OpenData();
