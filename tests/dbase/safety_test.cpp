@@ -3,6 +3,7 @@
 #include "dbasefixture.h"
 
 #include "dbase/dberror.h"
+#include "dbase/dbfformat.h"
 #include "dbase/recordset.h"
 #include "dbase/tablefile.h"
 
@@ -61,4 +62,30 @@ TEST_F(SafetyTest, DbfsqlPrintsRowsAndChanges) {
         << "no field in common: rows of Nulls are still written";
     EXPECT_EQ(run("SELECT ORI FROM MEEFFACE"), "ORI\n\n\n");
     EXPECT_TRUE(run("DROP TABLE MEEFFACE").startsWith("Error -2147217900: Syntax error"));
+}
+
+TEST_F(SafetyTest, ARecordsetOnARebuiltTableRefusesToWriteUntilRequeried) {
+    Recordset rs;
+    rs.open("PRIXLIST", connection, CursorType::Keyset, LockType::Optimistic);
+    connection.execute("ALTER TABLE PRIXLIST ADD COLUMN CATNO TEXT(254)");
+    const QByteArray rebuilt = bytes("PRIXLIST.DBF");
+    rs.setValue("PCT1", 9);
+    EXPECT_DB_ERROR(rs.update(), DbErrors::RowChanged);
+    EXPECT_EQ(bytes("PRIXLIST.DBF"), rebuilt);
+    rs.cancelUpdate();
+    rs.requery();
+    EXPECT_EQ(rs.fieldCount(), 3);
+    rs.setValue("CATNO", "AUT;");
+    rs.update();
+}
+
+TEST_F(SafetyTest, ACopyWithMemoFieldsTakesItsMemoFileAlong) {
+    TableHeader h = Dbf::makeHeader({textField("T", 2), {"NOTE", 'M', 10, 0}}, 0x57, 0x83);
+    h.recordCount = 1;
+    writeBytes("NOTES.DBF", Dbf::headerBytes(h) + " ab         1\x1A");
+    writeBytes("NOTES.DBT", QByteArray(1024, 'm'));
+    connection.execute("SELECT * INTO NOTECOPY FROM NOTES");
+    EXPECT_EQ(bytes("NOTECOPY.DBT"), bytes("NOTES.DBT"));
+    EXPECT_EQ(quint8(bytes("NOTECOPY.DBF")[0]), 0x83);
+    EXPECT_EQ(bytes("NOTECOPY.DBF").mid(h.headerLength), QByteArray(" ab         1\x1A"));
 }
