@@ -57,7 +57,8 @@ public:
     void close();
     bool isOpen() const;
     QString source() const;
-    // Reads the rows again from the table (the filter stays); pending edits are dropped.
+    // Reads the rows again from the table (the filter stays) and goes to the first row. An
+    // edited row is saved first with Optimistic; a pending batch is dropped.
     void requery();
 
     void moveFirst();
