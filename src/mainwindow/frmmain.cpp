@@ -6,7 +6,13 @@
 #include "app/prompts.h"
 #include "comms/bulletinpage.h"
 #include "comms/downloadpage.h"
+#include "data/moddata.h"
 #include "mainwindow/commandstrip.h"
+#include "partsfile/partsearchpane.h"
+#include "pricelists/configeditor.h"
+#include "pricelists/configpane.h"
+#include "pricelists/pricelistsui.h"
+#include "pricelists/treepanes.h"
 
 #include <QApplication>
 #include <QCheckBox>
@@ -27,7 +33,7 @@ const int KeyStepTwips = 120;
 frmMain::frmMain(QWidget* parent)
     : QWidget(parent), Picture1(new CommandStrip(this)), panesArea(new QWidget(this)),
       tbsInfo(nullptr), downloadPage(nullptr), configPage(nullptr), bulletinPage(nullptr),
-      partsPage(nullptr) {
+      partSearchPane(nullptr) {
     setObjectName(QStringLiteral("frmMain"));
     picMenu = Picture1->picMenu;
     lblMenu = Picture1->lblMenu;
@@ -43,6 +49,11 @@ frmMain::frmMain(QWidget* parent)
         picSplitter[i]->setCursor(i == 0 ? Qt::SplitHCursor : Qt::SplitVCursor);
     }
     buildInformationTabs();
+    composePriceLists();
+    for (MenuPicture* button : picMenu) {
+        button->onPress = [this](int index) { return pressCommand(index); };
+        button->onRelease = [this](int index) { releaseCommand(index); };
+    }
 
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
@@ -52,38 +63,79 @@ frmMain::frmMain(QWidget* parent)
     qApp->installEventFilter(this);
 }
 
-frmMain::~frmMain() { qApp->removeEventFilter(this); }
+frmMain::~frmMain() {
+    qApp->removeEventFilter(this);
+    priceLists.reset(); // before the panes it lent its widgets to
+}
 
 void frmMain::buildInformationTabs() {
     tbsInfo = new QTabWidget(picForm[2]);
     tbsInfo->setObjectName(QStringLiteral("tbsInfo"));
     downloadPage = new DownloadPage;
     configPage = new QWidget;
+    configPage->setLayout(new QVBoxLayout);
+    configPage->layout()->setContentsMargins(0, 0, 0, 0);
     bulletinPage = new BulletinPage;
-    partsPage = new QWidget;
+    partSearchPane = new PartSearchPane;
     for (QWidget* page : {static_cast<QWidget*>(downloadPage), configPage,
-                          static_cast<QWidget*>(bulletinPage), partsPage})
+                          static_cast<QWidget*>(bulletinPage),
+                          static_cast<QWidget*>(partSearchPane)})
         tbsInfo->addTab(page, QString());
     picForm[2]->layout()->addWidget(tbsInfo);
+}
+
+void frmMain::composePriceLists() {
+    PriceListsUi::Parts parts;
+    parts.window = this;
+    parts.rsPrixList = &rsPrixList;
+    parts.rsCataList = &rsCataList;
+    parts.rsDepart = &rsDepart;
+    parts.binding = &ConfigBinding();
+    for (int i = 0; i < 7; ++i)
+        parts.buttons.picMenu[i] = picMenu[i];
+    parts.buttons.lblMenu = lblMenu;
+    parts.partSearch = partSearchPane;
+    priceLists = std::make_unique<PriceListsUi>(listState, parts);
+    picForm[0]->layout()->addWidget(priceLists->listPane);
+    picForm[1]->layout()->addWidget(priceLists->catPane);
+    configPage->layout()->addWidget(priceLists->configPane);
+}
+
+// A command button is pressed only when no configuration change waits to be saved.
+bool frmMain::pressCommand(int) { return priceLists->saveIfDirty(); }
+
+void frmMain::releaseCommand(int) {
+    DoEvents();
+    focusListTree();
+}
+
+void frmMain::saveChanges() { priceLists->config().SauveChange(listState.ConfigDirty); }
+
+void frmMain::focusListTree() {
+    priceLists->listPane->tvwList[listState.CurrentListTab]->setFocus();
 }
 
 void frmMain::Load() {
     AppState& app = App();
     try {
         QApplication::setApplicationName(LoadText(0));
-        ChangesPending = false;
-        SelectedListTab = 0;
-        SelectedCatTab = 0;
+        listState.ConfigDirty = Dirty::None;
+        listState.CurrentListTab = 0;
+        listState.CurrentCatTab = 0;
         LastMouseDownX = LastMouseDownY = 2147483647;
         for (MenuPicture* button : picMenu) {
             button->setCursor(Qt::PointingHandCursor);
             button->setEnabled(!app.UpdateMode);
         }
         Label();
-        if (app.UpdateMode) {
-            for (auto* box : downloadPage->chkMAJ)
-                box->setEnabled(false);
+        if (!app.UpdateMode) {
+            priceLists->refresh();
+            return;
         }
+        for (auto* box : downloadPage->chkMAJ)
+            box->setEnabled(false);
+        priceLists->listPane->tvwList[listState.CurrentListTab]->setVisible(true);
+        priceLists->catPane->tvwCat[listState.CurrentCatTab]->setVisible(true);
     } catch (const std::exception& error) {
         showLoadError(error);
     }
@@ -97,10 +149,16 @@ void frmMain::showLoadError(const std::exception& error) {
 
 void frmMain::Label() {
     try {
+        priceLists->listPane->label();
+        priceLists->catPane->label();
         static const int infoTabs[] = {1, 7, 9, 8};
         for (int i = 0; i < 4; ++i)
             tbsInfo->setTabText(i, LoadText(infoTabs[i]));
+        priceLists->configPane->labelFields();
         downloadPage->labelUpdateFrame();
+        priceLists->configPane->labelFrames();
+        partSearchPane->lblRecherche->setText(LoadText(28));
+        partSearchPane->lblMax->setText(LoadText(83));
         downloadPage->labelChoices();
         bulletinPage->lblAnnonceur->setText(LoadText(118));
         bulletinPage->lblSujet->setText(LoadText(119));
@@ -196,6 +254,11 @@ bool frmMain::KeyDown(int key, Qt::KeyboardModifiers modifiers) {
         openHelpPage();
         return true;
     }
+    if (key == Qt::Key_F5) {
+        focusListTree();
+        saveChanges();
+        return true;
+    }
     return false;
 }
 
@@ -219,9 +282,14 @@ bool frmMain::QueryUnload() {
     try {
         if (downloadPage->cmdOK->text() == LoadText(116))
             return false;
+        BindConfig(false);
+        if (listState.ConfigDirty != Dirty::None)
+            saveChanges();
         if (!app.QuitWithoutAsking &&
-            MsgBox(LoadText(35), Buttons::YesNo, Icon::None) == Answer::No)
+            MsgBox(LoadText(35), Buttons::YesNo, Icon::None) == Answer::No) {
+            BindConfig(true);
             return false;
+        }
     } catch (const std::exception& error) {
         MsgBox(QStringLiteral("errQuery: ") + QString::fromUtf8(error.what()));
     }
@@ -234,6 +302,8 @@ void frmMain::Unload() {
         while (wsckEnvoi.state() != QAbstractSocket::UnconnectedState)
             WaitWithEvents(10);
         SaveSettings(settingsStore, App(), CurrentLayout());
+        if (!App().UpdateMode)
+            CloseData();
     } catch (const std::exception& error) {
         MsgBox(QStringLiteral("errUnload: ") + QString::fromUtf8(error.what()));
         std::exit(0);

@@ -2,16 +2,20 @@
 
 #include "app/settings.h"
 #include "mainwindow/panelayout.h"
+#include "pricelists/pricelistsstate.h"
 
 #include <QTcpSocket>
 #include <QWidget>
 #include <array>
+#include <memory>
 
 class BulletinPage;
 class CommandStrip;
 class DownloadPage;
 class MDIfrmMain;
 class MenuPicture;
+class PartSearchPane;
+class PriceListsUi;
 class QLabel;
 class QTabWidget;
 
@@ -50,14 +54,13 @@ public:
     DownloadPage* downloadPage;
     QWidget* configPage;
     BulletinPage* bulletinPage;
-    QWidget* partsPage;
+    PartSearchPane* partSearchPane;
     QTcpSocket wsckEnvoi;
     CRegSettings settingsStore; // where the settings go back at shut-down
 
-    // Shared state of the window.
-    bool ChangesPending = false;
-    int SelectedListTab = 0;
-    int SelectedCatTab = 0;
+    // Shared state of the window: the list selection, pending changes, current tabs and rows.
+    PriceListState listState;
+    std::unique_ptr<PriceListsUi> priceLists;
     int LastMouseDownX = 2147483647;
     int LastMouseDownY = 2147483647;
 
@@ -67,6 +70,11 @@ protected:
 
 private:
     void buildInformationTabs();
+    void composePriceLists();
+    bool pressCommand(int index);
+    void releaseCommand(int index);
+    void saveChanges();
+    void focusListTree();
     void placePanes();
     void placeWindowInWorkArea();
     void moveFrame(int dxTwips, int dyTwips);

@@ -4,6 +4,8 @@
 #include "app/mdifrmmain.h"
 #include "app/messages.h"
 #include "comms/downloadpage.h"
+#include "data/moddata.h"
+#include "demotables.h"
 #include "mainwindow/commandstrip.h"
 #include "mainwindow/panelayout.h"
 
@@ -31,12 +33,18 @@ struct MainWindowFixture : ::testing::Test {
         App().Settings.Height = 0.37f;
         App().RegistryKeyPath = QStringLiteral("Software\\Norvale Systems");
         App().DataPath = install.dir(QStringLiteral("NVNV"));
+        App().PrgPath = install.dir(QStringLiteral("PRG"));
+        writeDemoTables(install.drive());
+        ASSERT_TRUE(OpenData());
         main = new frmMain(&frame);
         main->settingsStore = CRegSettings(install.settingsFile());
         frame.setCentralWidget(main);
         frame.resize(1000, 700);
     }
-    void TearDown() override { ResetAppState(); }
+    void TearDown() override {
+        CloseData();
+        ResetAppState();
+    }
 };
 
 void expectNear(const TwipRect& actual, const TwipRect& expected) {

@@ -1,5 +1,8 @@
 // Runs the GoogleTest cases inside a QApplication, so that widget tests and event waits work.
-// Listing the tests (CTest's discovery) needs no application, and so no display.
+// Listing the tests (CTest's discovery) needs no application, and so no display. A box that no
+// test scripted fails the test at once instead of waiting for a click that never comes.
+#include "scriptedprompter.h"
+
 #include <QApplication>
 #include <cstring>
 #include <gmock/gmock.h>
@@ -15,5 +18,6 @@ int main(int argc, char** argv) {
         QApplication::setApplicationName(QStringLiteral("Mercantel"));
     }
     ::testing::InitGoogleMock(&argc, argv);
+    ScriptedPrompter nothingExpected;
     return RUN_ALL_TESTS();
 }
