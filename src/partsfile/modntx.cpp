@@ -55,7 +55,9 @@ public:
 #endif
     }
 
-    qint64 size() const { return size_; }
+    qint64 size() const {
+        return size_;
+    }
 
     // Returns the number of bytes that were really in the file.
     qint64 readAt(qint64 offset, char* buffer, qint64 length) {

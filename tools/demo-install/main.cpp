@@ -5,6 +5,7 @@
 #include "app/hiddenstrings.h"
 #include "app/settings.h"
 #include "demoprograms.h"
+#include "demostock.h"
 #include "demotables.h"
 
 #include <QCoreApplication>
@@ -40,6 +41,7 @@ int main(int argc, char** argv) {
         writeDemoPrograms(root, service);
         // The tables and the parts file of the installation:
         writeDemoTables(root);
+        writeDemoStock(root);
         if (doRegister)
             registerInstallation(root, english);
     } catch (const std::exception& error) {
