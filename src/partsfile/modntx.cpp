@@ -61,9 +61,10 @@ public:
 
     // Returns the number of bytes that were really in the file.
     qint64 readAt(qint64 offset, char* buffer, qint64 length) {
+        const qint64 inFile = std::clamp<qint64>(size_ - offset, 0, length);
         qint64 got = 0;
-        while (got < length) {
-            const qint64 n = readSome(offset + got, buffer + got, length - got);
+        while (got < inFile) {
+            const qint64 n = readSome(offset + got, buffer + got, inFile - got);
             if (n < 0)
                 throw ScanError{StockFailure::ReadError};
             if (n == 0)
