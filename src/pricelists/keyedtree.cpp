@@ -1,6 +1,7 @@
 #include "pricelists/keyedtree.h"
 
 #include <QFocusEvent>
+#include <QFontMetrics>
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QMouseEvent>
@@ -43,15 +44,20 @@ KeyedTree::KeyedTree(const QString& name, int index, QWidget* parent)
     setUniformRowHeights(true);
     setSelectionMode(QAbstractItemView::SingleSelection);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
-    header()->setSectionResizeMode(QHeaderView::ResizeToContents);
+    // Sized once per rebuild (fitColumn): sizing to the contents would lay out every text
+    // again at each node added.
     header()->setStretchLastSection(false);
     connect(this, &QTreeWidget::currentItemChanged, this,
             [this](QTreeWidgetItem* current) { currentChanged(current); });
 }
 
 void KeyedTree::clearNodes() {
+    qDeleteAll(std::exchange(pendingTop_, {}));
+    for (const auto& pending : std::exchange(pendingChildren_, {}))
+        delete pending.second;
     byKey_.clear();
     nodes_.clear();
+    longestText_ = 0;
     checked_.clear();
     reached_ = nullptr;
     clear();
@@ -67,12 +73,48 @@ QTreeWidgetItem* KeyedTree::makeNode(const QString& key, const QString& text, Ol
     setColor(item, color);
     byKey_.insert(key, item);
     nodes_.append(item);
+    longestText_ = qMax(longestText_, text.size());
     return item;
+}
+
+void KeyedTree::fitColumn() {
+    // The trees draw in a fixed-pitch font: every character is as wide as any other. Room is
+    // left for two levels of indentation, the check box and a picture.
+    const QFontMetrics metrics(font());
+    const int text = metrics.horizontalAdvance(QString(longestText_ + 2, QLatin1Char('M')));
+    const int box = style()->pixelMetric(QStyle::PM_IndicatorWidth) + iconSize().width() + 16;
+    header()->resizeSection(0, qMax(text + box + 2 * indentation(), viewport()->width()));
+}
+
+void KeyedTree::beginBuild() {
+    building_ = true;
+    setUpdatesEnabled(false);
+}
+
+void KeyedTree::endBuild() {
+    if (!building_)
+        return;
+    building_ = false;
+    addTopLevelItems(std::exchange(pendingTop_, {}));
+    // Children of one parent arrive together, in the order they were added.
+    QHash<QTreeWidgetItem*, QList<QTreeWidgetItem*>> byParent;
+    QList<QTreeWidgetItem*> parents;
+    for (const auto& [parent, child] : std::exchange(pendingChildren_, {})) {
+        QList<QTreeWidgetItem*>& children = byParent[parent];
+        if (children.isEmpty())
+            parents.append(parent);
+        children.append(child);
+    }
+    for (QTreeWidgetItem* parent : parents)
+        parent->addChildren(byParent.value(parent));
+    setUpdatesEnabled(true);
 }
 
 QTreeWidgetItem* KeyedTree::addNode(const QString& key, const QString& text, OleColor color) {
     QTreeWidgetItem* item = makeNode(key, text, color);
-    if (item)
+    if (item && building_)
+        pendingTop_.append(item);
+    else if (item)
         addTopLevelItem(item);
     return item;
 }
@@ -83,7 +125,9 @@ QTreeWidgetItem* KeyedTree::addChild(const QString& parentKey, const QString& ke
     if (!parent)
         return nullptr;
     QTreeWidgetItem* item = makeNode(key, text, color);
-    if (item)
+    if (item && building_)
+        pendingChildren_.append(std::make_pair(parent, item));
+    else if (item)
         parent->addChild(item);
     return item;
 }

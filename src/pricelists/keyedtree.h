@@ -20,11 +20,18 @@ public:
 
     // Removes every node.
     void clearNodes();
+    // Nodes added between beginBuild() and endBuild() enter the tree together at the end,
+    // which spares the view one update per node; they can be looked up by key meanwhile.
+    void beginBuild();
+    void endBuild();
     // Adds a node at the top level, or as the last child of the node parentKey. Returns null
     // when the key is already taken or the parent does not exist.
     QTreeWidgetItem* addNode(const QString& key, const QString& text, OleColor color);
     QTreeWidgetItem* addChild(const QString& parentKey, const QString& key, const QString& text,
                               OleColor color);
+    // Widens the column to the longest node text added since the nodes were last removed,
+    // so that the padded columns of the texts stay whole and the tree scrolls sideways.
+    void fitColumn();
     // Node by key (hash look-up) or by 1-based index in the order the nodes were added.
     QTreeWidgetItem* node(const QString& key) const;
     QTreeWidgetItem* node(int oneBasedIndex) const;
@@ -79,6 +86,10 @@ private:
     int index_;
     QHash<QString, QTreeWidgetItem*> byKey_;
     QList<QTreeWidgetItem*> nodes_;
+    qsizetype longestText_ = 0;
+    bool building_ = false;
+    QList<QTreeWidgetItem*> pendingTop_;
+    QList<std::pair<QTreeWidgetItem*, QTreeWidgetItem*>> pendingChildren_; // parent, child
     bool userAction_ = false;            // inside QTreeWidget's own handling of a user action
     QList<QTreeWidgetItem*> checked_;    // user check changes to report once it is done
     QTreeWidgetItem* reached_ = nullptr; // node reached by the keyboard, to report

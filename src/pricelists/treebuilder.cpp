@@ -13,26 +13,29 @@
 #include "pricelists/treepanes.h"
 
 #include <QSignalBlocker>
-#include <array>
 #include <optional>
 
 namespace {
 
 constexpr qint64 RecordsetClosed = 3704;
 
-// Keeps a tree from repainting while it is rebuilt.
-class UpdatesOff {
+// Trees being rebuilt: their new nodes enter them together when the rebuild ends, however
+// it ends.
+class Building {
 public:
-    explicit UpdatesOff(QWidget& widget) : widget_(widget), was_(widget.updatesEnabled()) {
-        widget_.setUpdatesEnabled(false);
+    explicit Building(std::initializer_list<KeyedTree*> trees) : trees_(trees) {
+        for (KeyedTree* tree : trees_)
+            tree->beginBuild();
     }
-    ~UpdatesOff() { widget_.setUpdatesEnabled(was_); }
-    UpdatesOff(const UpdatesOff&) = delete;
-    UpdatesOff& operator=(const UpdatesOff&) = delete;
+    ~Building() {
+        for (KeyedTree* tree : trees_)
+            tree->endBuild();
+    }
+    Building(const Building&) = delete;
+    Building& operator=(const Building&) = delete;
 
 private:
-    QWidget& widget_;
-    bool was_;
+    QList<KeyedTree*> trees_;
 };
 
 } // namespace
@@ -102,11 +105,10 @@ void TreeBuilder::SetupCat() {
         const int fichier = rs.fieldIndex(QStringLiteral("FICHIER"));
         const int desc = rs.fieldIndex(QStringLiteral("DESC"));
         const int utiliser = rs.fieldIndex(QStringLiteral("UTILISER"));
-        const UpdatesOff off0(catTree(0));
-        const UpdatesOff off1(catTree(1));
         const int count = rs.recordCount();
         if (count > 0)
             rs.moveFirst();
+        const Building building{&catTree(0), &catTree(1)};
         for (int i = 0; i < count && !rs.eof(); ++i, rs.moveNext()) {
             const QVariant code = rs.value(fichier);
             if (code.isNull())
@@ -118,6 +120,8 @@ void TreeBuilder::SetupCat() {
             else
                 state.CurrentNode = catTree(1).addNode(key, text, ColorInactive);
         }
+        for (KeyedTree* tree : ui_.catPane->tvwCat)
+            tree->fitColumn();
         catTree(0).show();
     });
 }
@@ -159,10 +163,8 @@ void TreeBuilder::SetupList() {
     if (start == StepResult::Ended)
         return;
     if (start == StepResult::Done) {
-        std::array<std::optional<UpdatesOff>, 5> frozen;
-        for (int i = 0; i < 4; ++i)
-            frozen[i].emplace(listTree(i));
-        frozen[4].emplace(catTree(0));
+        const Building building{&listTree(0), &listTree(1), &listTree(2), &listTree(3),
+                                &catTree(0)};
         int childCount = 0;
         for (int row = 0; row <= state.ListMarks.upperBound(); ++row) {
             bool atEnd = true;
@@ -191,6 +193,9 @@ void TreeBuilder::SetupList() {
             ui_.config().bind(true);
         }) == StepResult::Ended)
         return;
+    for (KeyedTree* tree : ui_.listPane->tvwList)
+        tree->fitColumn();
+    catTree(0).fitColumn();
     listTree(state.CurrentListTab).show();
     restoreSelection();
     Catalist();
@@ -255,8 +260,11 @@ bool TreeBuilder::addCatalogueChildren(int row, const QString& catno, const QStr
         KeyedTree::setRow(child, row);
         KeyedTree::setFileCode(child, fileCode);
         ++childCount;
-        KeyedTree::setColor(catalogue, ColorBlack);
-        catalogue->setIcon(0, ImageList::image(ImageList::ClosedCatalogue));
+        // At its first list, the catalogue turns black and shows the closed picture.
+        if (KeyedTree::colorOf(catalogue) != ColorBlack) {
+            KeyedTree::setColor(catalogue, ColorBlack);
+            catalogue->setIcon(0, ImageList::image(ImageList::ClosedCatalogue));
+        }
     }
     return true;
 }
