@@ -28,10 +28,7 @@ QChar ExpListRules::keyPress(QChar typed) {
 void ExpListRules::lostFocus() {
     if (!field_->text().trimmed().isEmpty())
         return;
-    QPalette palette = field_->palette();
-    palette.setColor(QPalette::Base, ToQColor(ColorInactive));
-    palette.setColor(QPalette::Window, ToQColor(ColorInactive));
-    field_->setPalette(palette);
+    field_->setStyleSheet(QStringLiteral("background: %1;").arg(ToQColor(ColorInactive).name()));
     field_->setEnabled(false);
 }
 

@@ -4,11 +4,15 @@
 
 #include "app/messages.h"
 #include "pricelists/configpane.h"
+#include "pricelists/explistrules.h"
 #include "pricelists/imagelist.h"
 #include "pricelists/keyedtree.h"
+#include "pricelists/programend.h"
 #include "pricelists/treeinteractions.h"
 #include "pricelists/treepanes.h"
 
+#include <QHBoxLayout>
+#include <QLineEdit>
 #include <QTest>
 #include <gtest/gtest.h>
 
@@ -161,4 +165,41 @@ TEST(Interactions, CatalogueTreeNodesOfferAssociationOrDissociation) {
     f.ui->refresh();
     EXPECT_EQ(f.state.CurrentCatTab, 0);
     EXPECT_TRUE(cats.isVisible());
+}
+
+TEST(Interactions, ListFilterFieldUpperCasesMovesOnEnterAndGreysWhenBlank) {
+    QWidget window;
+    auto* field = new QLineEdit(&window);
+    auto* next = new QLineEdit(&window);
+    auto* layout = new QHBoxLayout(&window);
+    layout->addWidget(field);
+    layout->addWidget(next);
+    ExpListRules::install(field);
+    window.show();
+    window.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+    field->setFocus();
+    QTest::keyClicks(field, "bos 2");
+    EXPECT_EQ(field->text(), "BOS 2");
+    QTest::keyClick(field, Qt::Key_Return);
+    EXPECT_EQ(field->text(), "BOS 2");
+    EXPECT_TRUE(next->hasFocus());
+    EXPECT_TRUE(field->isEnabled());
+
+    field->setFocus();
+    field->setText("   ");
+    next->setFocus();
+    EXPECT_FALSE(field->isEnabled());
+    EXPECT_TRUE(field->styleSheet().contains("#808080"));
+}
+
+TEST(Interactions, AClosedPriceListTableEndsTheProgram) {
+    ListFixture f(lists(), catalogues());
+    f.ui->refresh();
+    f.rsPrixList.close();
+    int ends = 0;
+    const ProgramEnd former = SetProgramEnd([&] { ++ends; });
+    f.ui->refresh();
+    SetProgramEnd(former);
+    EXPECT_EQ(ends, 1);
 }
