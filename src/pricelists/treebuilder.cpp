@@ -222,6 +222,8 @@ bool TreeBuilder::addListRow(int row, const ListFields& f, int& childCount) {
     };
 
     if (!rs.value(f.utiliser).toBool()) {
+        // Not in the to-be-updated branch: a mark left at this position by another list goes.
+        state.ListMarks(1, row).clear();
         add(3, ColorInactive, false);
         return true;
     }

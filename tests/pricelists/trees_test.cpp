@@ -38,6 +38,8 @@ QList<CatalogueRow> catalogues() {
 
 TEST(Trees, EachListGoesToTheBranchesOfItsDates) {
     ListFixture f(dateCases(), catalogues());
+    f.state.ListMarks.redim(7);
+    f.state.ListMarks(1, 5) = "1"; // left by a list that was there before
     f.ui->refresh();
     EXPECT_EQ(f.keys(f.list(0)), (QStringList{"L000", "L001", "L002", "L003", "L004", "L006"}));
     EXPECT_EQ(f.keys(f.list(1)), (QStringList{"L000", "L001"}));
@@ -125,6 +127,9 @@ TEST(Trees, ListMarksSurviveARebuildAndShiftWhenAListIsAdded) {
     EXPECT_TRUE(KeyedTree::isChecked(f.list(0).node("L001")));
     EXPECT_EQ(f.list(0).node("L001")->text(0), ListNodeText("C LIST", "", ""));
     EXPECT_FALSE(KeyedTree::isChecked(f.list(0).node("L002")));
+    // D, to be updated, moved to row 2; row 1's update mark went with the list now there.
+    EXPECT_EQ(f.state.ListMarks(1, 1), "");
+    EXPECT_EQ(f.state.ListMarks(1, 2), "1");
 }
 
 TEST(Trees, EmptyPriceListGivesEmptyTreesAndOneMarkRow) {
