@@ -274,7 +274,9 @@ void KeyedTree::mouseReleaseEvent(QMouseEvent* event) {
     userAction_ = false;
     reached_ = nullptr;
     emitPending();
-    if (QTreeWidgetItem* item = itemAt(pos); item && event->button() == Qt::LeftButton)
+    // A click on the node itself, not on its expand sign.
+    QTreeWidgetItem* item = itemAt(pos);
+    if (item && event->button() == Qt::LeftButton && visualItemRect(item).contains(pos))
         Q_EMIT nodeClick(item);
     Q_EMIT mouseUp(event->button(), pos);
 }
