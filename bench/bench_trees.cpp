@@ -1,6 +1,7 @@
 // The refresh of the whole view (SetupCat then SetupList, with Catalist) on a large
 // installation: 5,000 price lists and 500 catalogues, three lists in four activated, and about
-// half of the activated lists associated with one to three catalogues.
+// half of the activated lists associated with one to three catalogues. The same at twice the
+// size shows that a rebuild grows linearly.
 
 #include "../tests/pricelists/listtables.h"
 
@@ -17,9 +18,6 @@
 
 namespace {
 
-constexpr int Lists = 5000;
-constexpr int Catalogues = 500;
-
 // Catalogue codes of three characters: A00, A01, ... in base 36.
 QString catalogueCode(int i) {
     const QString digits = QStringLiteral("0123456789ABCDEFGHIJKLMNOPQRSTUVWXYZ");
@@ -30,9 +28,9 @@ bool catalogueActivated(int i) {
     return i % 5 != 0;
 }
 
-QList<CatalogueRow> catalogueRows() {
+QList<CatalogueRow> catalogueRows(int catalogues) {
     QList<CatalogueRow> rows;
-    for (int i = 0; i < Catalogues; ++i) {
+    for (int i = 0; i < catalogues; ++i) {
         const QDate eff = FixtureToday.addDays(-(i % 90));
         rows << CatalogueRow{catalogueCode(i), QStringLiteral("Catalogue %1").arg(i, 4),
                              catalogueActivated(i), eff, i % 7 == 0 ? eff.addDays(-30) : eff};
@@ -40,9 +38,9 @@ QList<CatalogueRow> catalogueRows() {
     return rows;
 }
 
-QList<ListRow> listRows() {
+QList<ListRow> listRows(int lists, int catalogues) {
     QList<ListRow> rows;
-    for (int i = 0; i < Lists; ++i) {
+    for (int i = 0; i < lists; ++i) {
         ListRow row;
         row.desc = QStringLiteral("SUPPLIER %1 - PRODUCT LINE %2").arg(i % 700, 3).arg(i, 4);
         row.fichier = QStringLiteral("L%1").arg(i, 5, 10, QLatin1Char('0'));
@@ -55,9 +53,9 @@ QList<ListRow> listRows() {
         row.ficFamille = i % 3 == 0 ? QStringLiteral("MAT%1").arg(i % 100) : QString();
         if (row.utiliser && i % 2 == 0)
             for (int k = 0; k <= i % 3; ++k) {
-                int cat = (i * 7 + k * 131) % Catalogues;
+                int cat = (i * 7 + k * 131) % catalogues;
                 while (!catalogueActivated(cat))
-                    cat = (cat + 1) % Catalogues;
+                    cat = (cat + 1) % catalogues;
                 row.catNo += catalogueCode(cat) + QLatin1Char(';');
             }
         rows << row;
@@ -74,9 +72,9 @@ struct Installation {
     QWidget window;
     std::unique_ptr<PriceListsUi> ui;
 
-    Installation() {
-        WritePrixList(dir.path(), listRows());
-        WriteCataList(dir.path(), catalogueRows());
+    Installation(int lists, int catalogues) {
+        WritePrixList(dir.path(), listRows(lists, catalogues));
+        WriteCataList(dir.path(), catalogueRows(catalogues));
         conn.open(dir.path() + QLatin1Char('/'));
         rsPrixList.open(QStringLiteral("SELECT * FROM PRIXLIST ORDER BY [DESC]"), conn,
                         CursorType::Keyset, LockType::Optimistic);
@@ -94,24 +92,30 @@ struct Installation {
         window.resize(1200, 600);
         window.show();
         // A few marks, as a dealer's selection keeps them across the rebuilds.
-        state.ListMarks.redim(Lists);
-        for (int r = 0; r < Lists; r += 50)
+        state.ListMarks.redim(lists);
+        for (int r = 0; r < lists; r += 50)
             state.ListMarks(0, r) = QStringLiteral("X");
     }
 };
 
 void BM_SetupCatSetupList(benchmark::State& bench) {
-    Installation installation;
+    const int lists = int(bench.range(0));
+    const int catalogues = int(bench.range(1));
+    Installation installation(lists, catalogues);
     installation.ui->refresh(); // the first build, as the window's load makes it
     for (auto _ : bench)
         installation.ui->refresh();
-    bench.counters["lists"] = Lists;
-    bench.counters["catalogues"] = Catalogues;
+    bench.counters["lists"] = lists;
+    bench.counters["catalogues"] = catalogues;
     bench.counters["children"] = installation.ui->catPane->tvwCat[0]->nodeCount() -
                                  installation.ui->catPane->tvwCat[0]->topLevelItemCount();
 }
 // Run with --benchmark_repetitions=9 --benchmark_report_aggregates_only=true for the median.
-BENCHMARK(BM_SetupCatSetupList)->Unit(benchmark::kMillisecond)->UseRealTime();
+BENCHMARK(BM_SetupCatSetupList)
+    ->Args({5000, 500})
+    ->Args({10000, 1000})
+    ->Unit(benchmark::kMillisecond)
+    ->UseRealTime();
 
 } // namespace
 
