@@ -215,3 +215,50 @@ TEST(Config, ThePaneShowsTheListClickedAndMarksEveryKindOfEdit) {
     f.rsPrixList.cancelUpdate();
     f.state.ConfigDirty = Dirty::None;
 }
+
+namespace {
+
+// Answers the save question while noting what the window looked like when it was asked.
+class WatchingPrompter final : public Prompter {
+public:
+    WatchingPrompter(QWidget& window, QWidget& tree) : window_(window), tree_(tree) {
+        previous_ = SetPrompter(this);
+    }
+    ~WatchingPrompter() override { SetPrompter(previous_); }
+
+    Answer messageBox(const QString&, Buttons, Icon, const QString&) override {
+        ++asked;
+        treeEnabled = tree_.isEnabled();
+        cursor = window_.cursor().shape();
+        return Answer::No;
+    }
+    QString inputBox(const QString&, const QString&, const QString&) override { return {}; }
+
+    int asked = 0;
+    bool treeEnabled = true;
+    Qt::CursorShape cursor = Qt::ArrowCursor;
+
+private:
+    QWidget& window_;
+    QWidget& tree_;
+    Prompter* previous_ = nullptr;
+};
+
+} // namespace
+
+TEST(Config, TheQuestionIsAskedWithTheTreeDisabledUnderTheHourglass) {
+    ListFixture f(lists(), catalogues());
+    f.ui->refresh();
+    show(f, "L002");
+    editGroupCode(f, "QQ");
+    {
+        WatchingPrompter prompts(*f.window, f.list(0));
+        f.ui->saveIfDirty();
+        EXPECT_EQ(prompts.asked, 1);
+        EXPECT_FALSE(prompts.treeEnabled);
+        EXPECT_EQ(prompts.cursor, Qt::WaitCursor);
+    }
+    EXPECT_TRUE(f.list(0).isEnabled());
+    EXPECT_TRUE(f.list(0).hasFocus());
+    EXPECT_EQ(f.window->cursor().shape(), Qt::ArrowCursor);
+}
