@@ -11,6 +11,7 @@
 #include "partsfile/partsearchpane.h"
 #include "pricelists/configeditor.h"
 #include "pricelists/configpane.h"
+#include "pricelists/explistrules.h"
 #include "pricelists/pricelistsui.h"
 #include "pricelists/treepanes.h"
 
@@ -99,6 +100,7 @@ void frmMain::composePriceLists() {
     picForm[0]->layout()->addWidget(priceLists->listPane);
     picForm[1]->layout()->addWidget(priceLists->catPane);
     configPage->layout()->addWidget(priceLists->configPane);
+    ExpListRules::install(downloadPage->txtExpList);
 }
 
 // A command button is pressed only when no configuration change waits to be saved.
