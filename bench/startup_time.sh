@@ -14,7 +14,7 @@ xvfb-run -a -s "-screen 0 1280x800x24" bash -c '
         start=$(date +%s%N)
         "$program" & pid=$!
         # The frame window carries the versioned title once the main window is shown.
-        until xwininfo -root -tree 2>/dev/null | grep -q "Version Beta"; do sleep 0.01; done
+        until xwininfo -root -tree 2>/dev/null | grep -q "Version Beta [0-9.]*\": (\""; do sleep 0.01; done
         end=$(date +%s%N)
         echo "run $run: $(( (end - start) / 1000000 )) ms"
         kill "$pid"; wait "$pid" 2>/dev/null || true
