@@ -7,6 +7,7 @@
 #include "comms/bulletinpage.h"
 #include "comms/downloadpage.h"
 #include "data/moddata.h"
+#include "dbase/dberror.h"
 #include "mainwindow/commandstrip.h"
 #include "partsfile/partsearchpane.h"
 #include "pricelists/configeditor.h"
@@ -118,33 +119,52 @@ void frmMain::focusListTree() {
 }
 
 void frmMain::Load() {
-    AppState& app = App();
-    try {
-        QApplication::setApplicationName(LoadText(0));
+    const bool updateMode = App().UpdateMode;
+    loadStep([] { QApplication::setApplicationName(LoadText(0)); });
+    loadStep([this] {
         listState.ConfigDirty = Dirty::None;
         listState.CurrentListTab = 0;
         listState.CurrentCatTab = 0;
         LastMouseDownX = LastMouseDownY = 2147483647;
+    });
+    loadStep([this, updateMode] {
         for (MenuPicture* button : picMenu) {
             button->setCursor(Qt::PointingHandCursor);
-            button->setEnabled(!app.UpdateMode);
+            button->setEnabled(!updateMode);
         }
-        Label();
-        if (!app.UpdateMode) {
-            priceLists->refresh();
-            return;
-        }
+    });
+    Label();
+    // SetupEnv (the version table read for the update check) is called here, after the
+    // captions, once the version check is part of the program.
+    if (!updateMode) {
+        // SetupBulletin (the newsletters) is called here, before the trees, once the
+        // newsletters are part of the program.
+        loadStep([this] { priceLists->refresh(); });
+        return;
+    }
+    loadStep([this] {
         for (auto* box : downloadPage->chkMAJ)
             box->setEnabled(false);
-        priceLists->listPane->tvwList[listState.CurrentListTab]->setVisible(true);
-        priceLists->catPane->tvwCat[listState.CurrentCatTab]->setVisible(true);
+    });
+    loadStep(
+        [this] { priceLists->listPane->tvwList.at(listState.CurrentListTab)->setVisible(true); });
+    loadStep([this] { priceLists->catPane->tvwCat.at(listState.CurrentCatTab)->setVisible(true); });
+}
+
+// A failure during the load is reported with the contact line, the program will then close
+// without asking, and the load goes on with its next step.
+void frmMain::loadStep(const std::function<void()>& step) {
+    try {
+        step();
+    } catch (const DbError& error) {
+        showLoadError(error.number(), error.description());
     } catch (const std::exception& error) {
-        showLoadError(error);
+        showLoadError(0, QString::fromUtf8(error.what()));
     }
 }
 
-void frmMain::showLoadError(const std::exception& error) {
-    MsgBox(QStringLiteral("ErrForm: 0 ") + QString::fromUtf8(error.what()) +
+void frmMain::showLoadError(qint64 number, const QString& description) {
+    MsgBox(QStringLiteral("ErrForm: ") + QString::number(number) + u' ' + description +
            QStringLiteral("\r\n") + App().ContactLine);
     App().QuitWithoutAsking = true;
 }

@@ -7,6 +7,7 @@
 #include <QTcpSocket>
 #include <QWidget>
 #include <array>
+#include <functional>
 #include <memory>
 
 class BulletinPage;
@@ -79,5 +80,6 @@ private:
     void placeWindowInWorkArea();
     void moveFrame(int dxTwips, int dyTwips);
     void openHelpPage();
-    void showLoadError(const std::exception& error);
+    void loadStep(const std::function<void()>& step);
+    void showLoadError(qint64 number, const QString& description);
 };
