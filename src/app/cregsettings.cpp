@@ -73,8 +73,11 @@ QList<RegValue> CRegSettings::EnumValues(const QString& keyPath, int) const {
 QString CRegSettings::QueryValue(const QString& keyPath, const QString& name, int,
                                  const QString& defaultValue) const {
     auto settings = openStore(storeFile_, keyPath);
-    const QString data = textOf(settings->value(valueName(name)));
-    return data.isEmpty() ? defaultValue : data;
+    // A value that exists answers its text, even an empty one; only a missing value (or a key
+    // that cannot be read) gives the default.
+    if (!settings->contains(valueName(name)))
+        return defaultValue;
+    return textOf(settings->value(valueName(name)));
 }
 
 bool CRegSettings::SetValue(const QString& keyPath, const QString& name,

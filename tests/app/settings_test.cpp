@@ -104,6 +104,9 @@ TEST(Settings, RegistryOperationsOnTheirOwnKey) {
     EXPECT_TRUE(store.SetValue(Key, QStringLiteral("*"), QStringLiteral("default value")));
     EXPECT_TRUE(store.SetValue(Key, QStringLiteral("IP"), QStringLiteral("a")));
     EXPECT_EQ(store.QueryValue(Key, QStringLiteral("*")), QStringLiteral("default value"));
+    EXPECT_TRUE(store.SetValue(Key, QStringLiteral("Drive"), QString()));
+    EXPECT_EQ(store.QueryValue(Key, QStringLiteral("Drive"), 0, QStringLiteral("dflt")), QString())
+        << "a value that exists answers its text, even an empty one";
     EXPECT_TRUE(store.DeleteValue(Key, QStringLiteral("IP")));
     EXPECT_FALSE(store.DeleteValue(Key, QStringLiteral("IP")));
     EXPECT_TRUE(store.DeleteValue(Key, QString()));
