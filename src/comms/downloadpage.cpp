@@ -41,7 +41,15 @@ DownloadPage::DownloadPage(QWidget* parent)
     buttonRow->addWidget(lblAttention, 1);
     frameLayout->addLayout(buttonRow);
     frameLayout->addStretch(1);
-    picFrame->resize(560, 260);
+}
+
+void DownloadPage::fitFrame() {
+    picFrame->setGeometry(rect());
+}
+
+void DownloadPage::resizeEvent(QResizeEvent* event) {
+    QWidget::resizeEvent(event);
+    fitFrame();
 }
 
 void DownloadPage::labelUpdateFrame() { fraMAJ->setTitle(LoadText(110)); }

@@ -29,4 +29,10 @@ public:
     void labelChoices();
     void labelWarning();
     void labelDownloadButton();
+
+    // picFrame takes the whole tab again (the Alt + arrow keys may have moved it).
+    void fitFrame();
+
+protected:
+    void resizeEvent(QResizeEvent* event) override;
 };

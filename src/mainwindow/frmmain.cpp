@@ -207,6 +207,7 @@ void frmMain::Activate() {
     try {
         placeWindowInWorkArea();
         placePanes();
+        downloadPage->fitFrame();
         downloadPage->picFrame->setVisible(true);
     } catch (const std::exception& error) {
         MsgBox(QStringLiteral("errActivate: ") + QString::fromUtf8(error.what()));

@@ -135,6 +135,13 @@ TEST_F(MainWindowFixture, AltArrowsMoveTheFramePictureAndAreConsumed) {
     EXPECT_EQ(picFrame->pos(), start);
     EXPECT_TRUE(main->KeyDown(Qt::Key_X, Qt::AltModifier));
     EXPECT_FALSE(main->KeyDown(Qt::Key_X, Qt::NoModifier));
+
+    // The frame picture fills its tab, and the next activation fits it there again.
+    EXPECT_EQ(picFrame->geometry(), main->downloadPage->rect());
+    main->KeyDown(Qt::Key_Right, Qt::AltModifier);
+    main->Activate();
+    EXPECT_EQ(picFrame->geometry(), main->downloadPage->rect());
+    EXPECT_TRUE(picFrame->isVisible());
 }
 
 TEST_F(MainWindowFixture, UpdateModeDisablesTheCommandsAndUpdateChoices) {
