@@ -6,11 +6,31 @@
 #include "scriptedprompter.h"
 #include "tempinstall.h"
 
+#include <QApplication>
 #include <QDir>
 #include <QFile>
+#include <QWidget>
 #include <gtest/gtest.h>
 
 namespace {
+
+// Records the windows that appear while it lives.
+class ShowWatch final : public QObject {
+public:
+    explicit ShowWatch(QStringList& shown) : shown_(shown) { qApp->installEventFilter(this); }
+    ~ShowWatch() override { qApp->removeEventFilter(this); }
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        const auto* widget = qobject_cast<QWidget*>(watched);
+        if (event->type() == QEvent::Show && widget && widget->isWindow())
+            shown_ << widget->metaObject()->className();
+        return false;
+    }
+
+private:
+    QStringList& shown_;
+};
 
 // Records which of the later parts start-up called, and with what.
 struct StartupRun {
@@ -45,7 +65,11 @@ struct StartupRun {
             .SetValue(RegistryKeyPathText, QStringLiteral("Drive"), drive);
     }
 
+    // Titles of the windows shown during the run.
+    QStringList windowsShown;
+
     StartupOutcome run(const QString& commandLine) {
+        ShowWatch watch(windowsShown);
         StartupEnvironment env{install.programDir(), CRegSettings(install.settingsFile()),
                                [this](const QString& program, const QString&) {
                                    started << QFileInfo(program).fileName();
@@ -62,6 +86,33 @@ struct StartupRun {
 
 } // namespace
 
+// Answers the drive prompts with a list of drives and records what each prompt proposed.
+class DrivePrompts final : public Prompter {
+public:
+    explicit DrivePrompts(QStringList drives) : drives_(std::move(drives)) {
+        previous_ = SetPrompter(this);
+    }
+    ~DrivePrompts() override { SetPrompter(previous_); }
+
+    Answer messageBox(const QString& text, Buttons, Icon, const QString&) override {
+        messages << text;
+        return Answer::Ok;
+    }
+    QString inputBox(const QString& prompt, const QString&, const QString& proposed) override {
+        prompts << prompt;
+        proposals << proposed;
+        return drives_.isEmpty() ? QString() : drives_.takeFirst();
+    }
+
+    QStringList messages;
+    QStringList prompts;
+    QStringList proposals;
+
+private:
+    QStringList drives_;
+    Prompter* previous_ = nullptr;
+};
+
 TEST(Startup, APendingLauncherIsSwappedAndNothingElseHappens) {
     StartupRun run;
     run.install.write(run.install.programDir() + QStringLiteral("/MAIN.NEW"), "new launcher");
@@ -73,12 +124,14 @@ TEST(Startup, APendingLauncherIsSwappedAndNothingElseHappens) {
     EXPECT_EQ(run.started, QStringList{QStringLiteral("MAIN.EXE")});
     EXPECT_TRUE(run.calls.isEmpty());
     EXPECT_TRUE(App().RegistryKeyPath.isEmpty()) << "no settings are read";
+    EXPECT_TRUE(run.windowsShown.isEmpty()) << "no window is shown";
 }
 
 TEST(Startup, ANormalStartOpensTheDataRunsTheServiceProgramAndShowsTheMainWindow) {
     StartupRun run;
     run.install.write(run.install.programDir() + QStringLiteral("/MAIN.EXE"), "old launcher");
     EXPECT_EQ(run.run(QString()), StartupOutcome::MainWindowShown);
+    EXPECT_EQ(run.windowsShown, QStringList{QStringLiteral("frmSplash")});
     EXPECT_FALSE(QFile::exists(run.install.programDir() + QStringLiteral("/MAIN.EXE")));
     EXPECT_EQ(run.calls, (QStringList{QStringLiteral("openData"), QStringLiteral("detectInstal"),
                                       QStringLiteral("convert"),
@@ -130,6 +183,16 @@ TEST(Startup, TheDriveIsAskedFourTimesAtMostThenTheProgramEnds) {
     prompts.expectMessage(MessageCatalogue::text(1076));
     EXPECT_EQ(run.run(QString()), StartupOutcome::Ended);
     EXPECT_TRUE(run.calls.isEmpty());
+}
+
+TEST(Startup, EachDrivePromptProposesTheDefaultDrive) {
+    StartupRun run;
+    run.setStoredDrive(QStringLiteral("/nowhere"));
+    DrivePrompts prompts({QStringLiteral("/a"), QStringLiteral("/b")});
+    EXPECT_EQ(run.run(QString()), StartupOutcome::Ended);
+    EXPECT_EQ(prompts.prompts, QStringList(4, MessageCatalogue::text(1075)));
+    EXPECT_EQ(prompts.proposals, QStringList(4, DefaultDrive()));
+    EXPECT_EQ(prompts.messages, QStringList{MessageCatalogue::text(1076)});
 }
 
 TEST(Startup, AValidDriveAtTheFourthPromptLetsTheStartGoOn) {
