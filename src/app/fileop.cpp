@@ -31,12 +31,18 @@ void copy(const QString& from, const QString& to) {
     const QString source = ResolveInstallPath(from);
     if (!QFileInfo(source).isFile())
         return;
-    const QString target = ResolveInstallPath(to);
-    if (QFileInfo(target).isDir())
+    const QFileInfo target(ResolveInstallPath(to));
+    if (target.isDir())
         return;
-    if (QFileInfo::exists(target) && !QFile::remove(target))
-        return;
-    QFile::copy(source, target);
+    if (target.exists()) {
+        // A file copied onto itself (its own name in another case, say) stays as it is; removing
+        // the target first would lose it.
+        if (target.canonicalFilePath() == QFileInfo(source).canonicalFilePath())
+            return;
+        if (!QFile::remove(target.filePath()))
+            return;
+    }
+    QFile::copy(source, target.filePath());
 }
 
 void createFolder(const QString& path) {

@@ -78,6 +78,11 @@ TEST_F(FileOpTest, CopyOverwritesAndKeepsTheProgramRunnable) {
     EXPECT_FALSE(QFile::exists(path("target"))) << "the target keeps its name on disk";
     EXPECT_TRUE(QFile::permissions(path("TARGET")) & QFile::ExeOwner);
 
+    // A file copied onto itself, under its own name or in another case, is left whole.
+    EXPECT_FALSE(FileOp(Copy, path("TARGET"), path("TARGET")));
+    EXPECT_FALSE(FileOp(Copy, path("TARGET"), path("target")));
+    EXPECT_EQ(readFile(path("TARGET")), "new content");
+
     EXPECT_FALSE(FileOp(Copy, path("missing"), path("TARGET")));
     EXPECT_EQ(readFile(path("TARGET")), "new content");
     ASSERT_TRUE(QDir(dir.path()).mkdir("folder"));
