@@ -5,6 +5,7 @@
 #include "app/fileop.h"
 #include "app/frmsplash.h"
 #include "app/hiddenstrings.h"
+#include "app/installpath.h"
 #include "app/messages.h"
 #include "app/prompts.h"
 #include "app/serviceprogram.h"
@@ -126,7 +127,8 @@ StartupOutcome Main(const QString& commandLine, const StartupHooks& hooks,
         return StartupOutcome::Ended;
 
     std::srand(static_cast<unsigned>(QTime::currentTime().msecsSinceStartOfDay()));
-    QDir::setCurrent(app.PrgPath);
+    // The directory as the disk names it: an installation copied from Windows may hold "prg".
+    QDir::setCurrent(ResolveInstallPath(app.PrgPath));
     if (!app.UpdateMode && !runServiceProgramAtStart(env))
         return StartupOutcome::Ended;
 

@@ -149,6 +149,18 @@ TEST(Startup, ANormalStartOpensTheDataRunsTheServiceProgramAndShowsTheMainWindow
     EXPECT_TRUE(run.serviceLog().contains(QStringLiteral("0 2"))) << run.serviceLog().toStdString();
 }
 
+TEST(Startup, AnInstallationCopiedWithLowerCaseNamesIsFoundAndBecomesTheCurrentDirectory) {
+    StartupRun run;
+    ASSERT_TRUE(QDir(run.install.drive()).rename(QStringLiteral("PRG"), QStringLiteral("prg")));
+    ASSERT_TRUE(QDir(run.install.drive()).rename(QStringLiteral("NVNV"), QStringLiteral("nvnv")));
+    EXPECT_EQ(run.run(QString()), StartupOutcome::MainWindowShown);
+    EXPECT_EQ(App().PrgPath, run.install.dir(QStringLiteral("PRG")));
+    EXPECT_EQ(QDir::current().absolutePath(),
+              QDir(run.install.drive()).absoluteFilePath(QStringLiteral("prg")));
+    EXPECT_TRUE(
+        QFile::exists(run.install.dir(QStringLiteral("nvnv")) + run.install.serviceProgramName()));
+}
+
 TEST(Startup, CommandLineWordsFollowTheirCaseRules) {
     {
         StartupRun run;
