@@ -207,6 +207,28 @@ TEST_F(MainWindowFixture, UnloadWritesTheSettingsBack) {
     EXPECT_EQ(store.QueryValue(App().RegistryKeyPath, QStringLiteral("Drive")), install.drive());
 }
 
+TEST_F(MainWindowFixture, UnloadSavesThePanesAsTheyStandAndClosesTheData) {
+    App().Settings.Format = 1;
+    App().Settings.Width = 0.5f;
+    App().Settings.Height = 0.4f;
+    main->Load();
+    frame.show();
+    main->Activate();
+    main->Unload();
+    const CRegSettings store(install.settingsFile());
+    const QString key = App().RegistryKeyPath;
+    EXPECT_NEAR(store.QueryValue(key, QStringLiteral("Width")).toDouble(), 0.5, 0.01);
+    EXPECT_NEAR(store.QueryValue(key, QStringLiteral("Height")).toDouble(), 0.4, 0.01);
+    EXPECT_FALSE(rsPrixList.isOpen());
+}
+
+TEST_F(MainWindowFixture, InUpdateModeTheUnloadLeavesTheDataAlone) {
+    App().UpdateMode = true;
+    main->Load();
+    main->Unload();
+    EXPECT_TRUE(rsPrixList.isOpen());
+}
+
 TEST_F(MainWindowFixture, AltArrowsMoveTheFramePictureAndAreConsumed) {
     main->Load();
     frame.show();
