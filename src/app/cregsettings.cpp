@@ -35,8 +35,10 @@ static std::unique_ptr<QSettings> openStore(const QString& storeFile, const QStr
         settings->beginGroup(groupOf(keyPath));
     } else {
 #ifdef Q_OS_WIN
+        // The 32-bit view of the machine's registry: where the program has always kept its key,
+        // also when it runs as a 64-bit program.
         settings = std::make_unique<QSettings>(QStringLiteral("HKEY_LOCAL_MACHINE\\") + keyPath,
-                                               QSettings::NativeFormat);
+                                               QSettings::Registry32Format);
 #else
         settings = std::make_unique<QSettings>(QSettings::IniFormat, QSettings::UserScope,
                                                QStringLiteral("Norvale Systems"),
