@@ -199,8 +199,14 @@ double frmMain::TwipsPerPixel() const { return 1440.0 / logicalDpiX(); }
 void frmMain::placeWindowInWorkArea() {
     QWidget* frame = window();
     const QScreen* screen = frame->screen() ? frame->screen() : QApplication::primaryScreen();
-    if (frame != this && screen)
-        frame->setGeometry(screen->availableGeometry());
+    if (frame == this || !screen)
+        return;
+    // The window's border and title bar lie inside the work area too, so that no part of the
+    // window goes under a panel of the desktop.
+    const QRect area = screen->availableGeometry();
+    const QSize decoration = frame->frameGeometry().size() - frame->geometry().size();
+    frame->move(area.topLeft());
+    frame->resize(area.size() - decoration);
 }
 
 void frmMain::Activate() {

@@ -245,6 +245,9 @@ TEST_F(MainWindowFixture, AltArrowsMoveTheFramePictureAndAreConsumed) {
     EXPECT_TRUE(main->KeyDown(Qt::Key_X, Qt::AltModifier));
     EXPECT_FALSE(main->KeyDown(Qt::Key_X, Qt::NoModifier));
 
+    EXPECT_EQ(frame.frameGeometry(), frame.screen()->availableGeometry())
+        << "the window takes the desktop's work area";
+
     // The frame picture fills its tab, and the next activation fits it there again.
     EXPECT_EQ(picFrame->geometry(), main->downloadPage->rect());
     main->KeyDown(Qt::Key_Right, Qt::AltModifier);
