@@ -18,15 +18,16 @@
 
 #include <QApplication>
 #include <QCheckBox>
-#include <QPushButton>
 #include <QDesktopServices>
 #include <QKeyEvent>
 #include <QLabel>
+#include <QPushButton>
 #include <QScreen>
 #include <QTabWidget>
 #include <QUrl>
 #include <QVBoxLayout>
 #include <cstdlib>
+#include <utility>
 
 namespace {
 const int KeyStepTwips = 120;
@@ -292,7 +293,21 @@ bool frmMain::KeyDown(int key, Qt::KeyboardModifiers modifiers) {
 }
 
 bool frmMain::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() == QEvent::ApplicationStateChange) {
+        const auto* change = static_cast<QApplicationStateChangeEvent*>(event);
+        if (change->applicationState() != Qt::ApplicationActive)
+            inAnotherProgram_ = true;
+        return false;
+    }
     auto* widget = qobject_cast<QWidget*>(watched);
+    if (widget && widget->isWindow() && event->type() == QEvent::WindowActivate) {
+        // The window is laid out afresh when it comes back from one of the program's own
+        // windows (a dialog closing), not when the user comes back from another program.
+        const bool fromAnotherProgram = std::exchange(inAnotherProgram_, false);
+        if (widget == window() && !fromAnotherProgram)
+            Activate();
+        return false;
+    }
     if (!widget || widget->window() != window())
         return false;
     if (event->type() == QEvent::KeyPress) {
@@ -301,8 +316,6 @@ bool frmMain::eventFilter(QObject* watched, QEvent* event) {
             return false;
         return KeyDown(key->key(), key->modifiers());
     }
-    if (event->type() == QEvent::WindowActivate && widget == window())
-        Activate();
     return false;
 }
 

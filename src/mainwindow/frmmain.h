@@ -82,4 +82,6 @@ private:
     void openHelpPage();
     void loadStep(const std::function<void()>& step);
     void showLoadError(qint64 number, const QString& description);
+
+    bool inAnotherProgram_ = false; // the user left for another program since the last activation
 };

@@ -17,6 +17,7 @@
 #include "scriptedprompter.h"
 #include "tempinstall.h"
 
+#include <QApplication>
 #include <QCheckBox>
 #include <QGroupBox>
 #include <QLabel>
@@ -254,6 +255,25 @@ TEST_F(MainWindowFixture, AltArrowsMoveTheFramePictureAndAreConsumed) {
     main->Activate();
     EXPECT_EQ(picFrame->geometry(), main->downloadPage->rect());
     EXPECT_TRUE(picFrame->isVisible());
+}
+
+TEST_F(MainWindowFixture, ComingBackFromAnotherProgramLeavesTheWindowAsTheUserLeftIt) {
+    main->Load();
+    frame.show();
+    main->Activate();
+    const QRect area = frame.screen()->availableGeometry();
+    frame.setGeometry(area.adjusted(10, 10, -100, -100));
+    const QRect resized = frame.geometry();
+
+    QApplicationStateChangeEvent away(Qt::ApplicationInactive);
+    QCoreApplication::sendEvent(qApp, &away);
+    QEvent activated(QEvent::WindowActivate);
+    QCoreApplication::sendEvent(&frame, &activated);
+    EXPECT_EQ(frame.geometry(), resized);
+
+    // Activated again from within the program (a dialog closed): laid out afresh.
+    QCoreApplication::sendEvent(&frame, &activated);
+    EXPECT_EQ(frame.frameGeometry(), area);
 }
 
 TEST_F(MainWindowFixture, UpdateModeDisablesTheCommandsAndUpdateChoices) {
