@@ -6,8 +6,13 @@
 
 namespace {
 
-// The registry's unnamed default value has no name of its own in an INI file.
+// The key's unnamed default value: the registry reaches it through Qt as "Default"; an INI file
+// has no unnamed value, so it gets a name no program value can have.
+#ifdef Q_OS_WIN
+const QString DefaultValueName = QStringLiteral("Default");
+#else
 const QString DefaultValueName = QStringLiteral("(Default)");
+#endif
 
 QString valueName(const QString& name) { return name == u"*" ? DefaultValueName : name; }
 
