@@ -26,7 +26,8 @@ DownloadPage::DownloadPage(QWidget* parent)
     // The installation's parts catalogue program keeps its own name in both languages.
     lblCHK[4]->setText(QStringLiteral("Partdex"));
     choices->addWidget(txtExpList, 2, 2);
-    choices->setColumnStretch(1, 1);
+    choices->setColumnStretch(3, 1); // the filter box stays beside its caption
+    txtExpList->setMinimumWidth(220);
     txtExpList->setEnabled(false);
     txtExpList->setStyleSheet(QStringLiteral("background: #C0C0C0;"));
 
