@@ -108,6 +108,12 @@ void setRatio(benchmark::State& state, double engine, double plain) {
     state.counters["ratio"] = engine / plain;
 }
 
+// The price lists as the program opens them for its trees.
+void openSortedPrixList(Recordset& rs, Connection& connection) {
+    rs.open("SELECT * FROM PRIXLIST ORDER BY [DESC]", connection, CursorType::Keyset,
+            LockType::Optimistic);
+}
+
 void BM_OpenSortedPrixList(benchmark::State& state) {
     const QString path = prixList();
     Connection connection;
@@ -116,8 +122,7 @@ void BM_OpenSortedPrixList(benchmark::State& state) {
     for (auto _ : state) {
         const auto start = Clock::now();
         Recordset rs;
-        rs.open("SELECT * FROM PRIXLIST ORDER BY [DESC]", connection, CursorType::Keyset,
-                LockType::Optimistic);
+        openSortedPrixList(rs, connection);
         benchmark::DoNotOptimize(rs.recordCount());
         engine += secondsSince(start);
         state.PauseTiming();
@@ -133,8 +138,7 @@ void BM_FilterFindUpdate(benchmark::State& state) {
     Connection connection;
     connection.open(workDir().path());
     Recordset rs;
-    rs.open("SELECT * FROM PRIXLIST ORDER BY [DESC]", connection, CursorType::Keyset,
-            LockType::Optimistic);
+    openSortedPrixList(rs, connection);
     double engine = 0, plain = 0;
     int n = 0;
     for (auto _ : state) {
