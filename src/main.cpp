@@ -12,11 +12,10 @@ int main(int argc, char** argv) {
 
     MDIfrmMain* frame = nullptr;
     const StartupHooks hooks = ProgramStartupHooks(frame);
-    const StartupEnvironment environment{
-        QCoreApplication::applicationDirPath(), CRegSettings(),
-        [](const QString& program, const QString& dir) {
-            return QProcess::startDetached(program, {}, dir);
-        }};
+    const StartupEnvironment environment{QCoreApplication::applicationDirPath(), CRegSettings(),
+                                         [](const QString& program, const QString& dir) {
+                                             return QProcess::startDetached(program, {}, dir);
+                                         }};
     const QStringList words = QCoreApplication::arguments().mid(1);
     if (Main(words.join(u' '), hooks, environment) == StartupOutcome::Ended)
         return 0;

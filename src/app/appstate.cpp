@@ -7,6 +7,10 @@ AppState& instance() {
 }
 } // namespace
 
-AppState& App() { return instance(); }
+AppState& App() {
+    return instance();
+}
 
-void ResetAppState() { instance() = AppState{}; }
+void ResetAppState() {
+    instance() = AppState{};
+}

@@ -23,10 +23,10 @@ struct AppState {
     QString ContactLine;
     QString RegistryKeyPath;
     AppSettings Settings;
-    QString PrgPath;  // Drive + "/PRG/": the dealer's launcher directory
-    QString DataPath; // Drive + "/NVNV/": shared tables and the service program
-    QString GLPath;   // Drive + "/NVGL/"
-    QString InfoPath; // Drive + "/NVINFO/": newsletters
+    QString PrgPath;   // Drive + "/PRG/": the dealer's launcher directory
+    QString DataPath;  // Drive + "/NVNV/": shared tables and the service program
+    QString GLPath;    // Drive + "/NVGL/"
+    QString InfoPath;  // Drive + "/NVINFO/": newsletters
     QString ErrorText; // what frmErrMsg shows
 };
 

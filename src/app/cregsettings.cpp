@@ -14,7 +14,9 @@ const QString DefaultValueName = QStringLiteral("Default");
 const QString DefaultValueName = QStringLiteral("(Default)");
 #endif
 
-QString valueName(const QString& name) { return name == u"*" ? DefaultValueName : name; }
+QString valueName(const QString& name) {
+    return name == u"*" ? DefaultValueName : name;
+}
 
 QString groupOf(const QString& keyPath) {
     QString group = keyPath;
@@ -71,7 +73,8 @@ QList<RegValue> CRegSettings::EnumValues(const QString& keyPath, int) const {
     auto settings = openStore(storeFile_, keyPath);
     QList<RegValue> values;
     for (const QString& name : settings->childKeys())
-        values.append(RegValue{name == DefaultValueName ? QString() : name, textOf(settings->value(name))});
+        values.append(
+            RegValue{name == DefaultValueName ? QString() : name, textOf(settings->value(name))});
     if (values.isEmpty())
         values.append(RegValue{});
     return values;

@@ -4,7 +4,9 @@
 #include <QEventLoop>
 #include <QTimer>
 
-void DoEvents() { QCoreApplication::processEvents(QEventLoop::AllEvents); }
+void DoEvents() {
+    QCoreApplication::processEvents(QEventLoop::AllEvents);
+}
 
 void WaitWithEvents(int milliseconds) {
     QEventLoop loop;

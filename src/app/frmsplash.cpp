@@ -29,8 +29,7 @@ void drawPriceTag(QPainter& p, const QRectF& box, const QColor& colour) {
     p.setBrush(colour);
     p.drawPath(tag);
     p.setBrush(Qt::white);
-    p.drawEllipse(QPointF(box.left() + notch * 0.9, box.center().y()), notch * 0.22,
-                  notch * 0.22);
+    p.drawEllipse(QPointF(box.left() + notch * 0.9, box.center().y()), notch * 0.22, notch * 0.22);
 }
 
 void drawGear(QPainter& p, const QPointF& centre, qreal radius, const QColor& colour) {
@@ -86,8 +85,8 @@ QPixmap SplashPicture(int nation) {
 }
 
 frmSplash::frmSplash(QWidget* parent)
-    : QWidget(parent, Qt::SplashScreen | Qt::FramelessWindowHint),
-      Picture1(new QLabel(this)), Label1(new QLabel(this)), Label2(new QLabel(this)) {
+    : QWidget(parent, Qt::SplashScreen | Qt::FramelessWindowHint), Picture1(new QLabel(this)),
+      Label1(new QLabel(this)), Label2(new QLabel(this)) {
     const int nation = App().Settings.Nation;
     Picture1->setPixmap(SplashPicture(nation));
     Picture1->setGeometry(QRect(QPoint(0, 0), PictureSize));

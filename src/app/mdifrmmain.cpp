@@ -5,8 +5,8 @@
 #include "app/version.h"
 
 #include <QAction>
-#include <QCloseEvent>
 #include <QApplication>
+#include <QCloseEvent>
 #include <QStyle>
 #include <QToolBar>
 
@@ -19,7 +19,7 @@ struct ToolButton {
 
 // The frame's buttons; only their keys decide what a click does.
 const ToolButton ToolButtons[] = {
-    {"Centrer", QStyle::SP_DesktopIcon},       {"Check", QStyle::SP_DialogApplyButton},
+    {"Centrer", QStyle::SP_DesktopIcon},           {"Check", QStyle::SP_DialogApplyButton},
     {"Config", QStyle::SP_FileDialogDetailedView}, {"Print1", QStyle::SP_DriveFDIcon},
     {"Modify", QStyle::SP_FileDialogContentsView}, {"Stop", QStyle::SP_BrowserStop},
 };

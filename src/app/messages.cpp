@@ -48,7 +48,9 @@ QString MessageCatalogue::text(int id) {
     return *it;
 }
 
-bool MessageCatalogue::contains(int id) { return catalogue().contains(id); }
+bool MessageCatalogue::contains(int id) {
+    return catalogue().contains(id);
+}
 
 QString LoadText(int k) {
     const int id = App().Settings.Nation + k;

@@ -57,7 +57,7 @@ public:
         case QMessageBox::Cancel:
             return Answer::Cancel;
         default:
-            return buttons == Buttons::Ok ? Answer::Ok
+            return buttons == Buttons::Ok      ? Answer::Ok
                    : buttons == Buttons::YesNo ? Answer::No
                                                : Answer::Cancel;
         }
@@ -66,9 +66,8 @@ public:
     QString inputBox(const QString& prompt, const QString& title,
                      const QString& defaultAnswer) override {
         bool ok = false;
-        const QString text = QInputDialog::getText(QApplication::activeWindow(),
-                                                   windowTitle(title), prompt, QLineEdit::Normal,
-                                                   defaultAnswer, &ok);
+        const QString text = QInputDialog::getText(QApplication::activeWindow(), windowTitle(title),
+                                                   prompt, QLineEdit::Normal, defaultAnswer, &ok);
         return ok ? text : QString();
     }
 };
@@ -78,7 +77,9 @@ Prompter* current = &qtPrompter;
 
 } // namespace
 
-Prompter& Prompts() { return *current; }
+Prompter& Prompts() {
+    return *current;
+}
 
 Prompter* SetPrompter(Prompter* prompter) {
     Prompter* previous = current;

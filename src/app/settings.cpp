@@ -13,7 +13,9 @@ QString DefaultDrive() {
 #endif
 }
 
-QString DefaultServerHost() { return QStringLiteral("maj.norvale.example"); }
+QString DefaultServerHost() {
+    return QStringLiteral("maj.norvale.example");
+}
 
 namespace {
 
@@ -36,7 +38,9 @@ float toFraction(const QString& text) {
     return ok && std::isfinite(value) ? value : 0.0f;
 }
 
-QString fractionText(double value) { return DotDecimal(QString::number(float(value), 'g', 7)); }
+QString fractionText(double value) {
+    return DotDecimal(QString::number(float(value), 'g', 7));
+}
 
 } // namespace
 

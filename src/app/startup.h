@@ -10,10 +10,10 @@ class QWidget;
 // What start-up needs from the parts of the program built above the application core. An
 // empty hook is a step that this build does not have.
 struct StartupHooks {
-    std::function<bool()> openData;             // opens the connections and shared tables
-    std::function<QString()> detectInstal;      // "1" or "2": the installation kind
-    std::function<bool(bool forced)> convert;   // brings PRIXLIST to its current form
-    std::function<void()> showMainWindow;       // shows the frame with the main window
+    std::function<bool()> openData;           // opens the connections and shared tables
+    std::function<QString()> detectInstal;    // "1" or "2": the installation kind
+    std::function<bool(bool forced)> convert; // brings PRIXLIST to its current form
+    std::function<void()> showMainWindow;     // shows the frame with the main window
 };
 
 // Where start-up runs: the program's own directory (the launcher swap, the service program

@@ -12,4 +12,6 @@ QString VersionedTitle() {
            QString::number(v.minor) + u'.' + QString::number(v.revision);
 }
 
-QString CompanyName() { return QStringLiteral("Norvale Systems"); }
+QString CompanyName() {
+    return QStringLiteral("Norvale Systems");
+}

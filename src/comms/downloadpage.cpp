@@ -53,7 +53,9 @@ void DownloadPage::resizeEvent(QResizeEvent* event) {
     fitFrame();
 }
 
-void DownloadPage::labelUpdateFrame() { fraMAJ->setTitle(LoadText(110)); }
+void DownloadPage::labelUpdateFrame() {
+    fraMAJ->setTitle(LoadText(110));
+}
 
 void DownloadPage::labelChoices() {
     const int texts[] = {85, 86, 87, 43, -1, 48};
@@ -63,7 +65,9 @@ void DownloadPage::labelChoices() {
     }
 }
 
-void DownloadPage::labelWarning() { lblAttention->setText(LoadText(89)); }
+void DownloadPage::labelWarning() {
+    lblAttention->setText(LoadText(89));
+}
 
 void DownloadPage::labelDownloadButton() {
     cmdOK->setToolTip(LoadText(96));

@@ -83,6 +83,5 @@ void CommandStrip::resizeEvent(QResizeEvent*) {
     for (int i = 0; i < 7; ++i)
         picMenu[i]->move(ButtonSlot[i] * SlotWidth + (SlotWidth - picMenu[i]->width()) / 2, 2);
     for (int i = 0; i < 5; ++i)
-        lblMenu[i]->setGeometry(CaptionSlot[i] * SlotWidth, ButtonSize.height() + 6, SlotWidth,
-                                18);
+        lblMenu[i]->setGeometry(CaptionSlot[i] * SlotWidth, ButtonSize.height() + 6, SlotWidth, 18);
 }

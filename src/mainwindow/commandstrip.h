@@ -11,7 +11,7 @@ public:
     MenuPicture(int index, QWidget* parent);
     const int index;
 
-    std::function<bool(int)> onPress;  // false: the press was refused (changes to save first)
+    std::function<bool(int)> onPress; // false: the press was refused (changes to save first)
     std::function<void(int)> onRelease;
 
 protected:

@@ -80,9 +80,9 @@ void frmMain::buildInformationTabs() {
     configPage->layout()->setContentsMargins(0, 0, 0, 0);
     bulletinPage = new BulletinPage;
     partSearchPane = new PartSearchPane;
-    for (QWidget* page : {static_cast<QWidget*>(downloadPage), configPage,
-                          static_cast<QWidget*>(bulletinPage),
-                          static_cast<QWidget*>(partSearchPane)})
+    for (QWidget* page :
+         {static_cast<QWidget*>(downloadPage), configPage, static_cast<QWidget*>(bulletinPage),
+          static_cast<QWidget*>(partSearchPane)})
         tbsInfo->addTab(page, QString());
     picForm[2]->layout()->addWidget(tbsInfo);
 }
@@ -106,14 +106,18 @@ void frmMain::composePriceLists() {
 }
 
 // A command button is pressed only when no configuration change waits to be saved.
-bool frmMain::pressCommand(int) { return priceLists->saveIfDirty(); }
+bool frmMain::pressCommand(int) {
+    return priceLists->saveIfDirty();
+}
 
 void frmMain::releaseCommand(int) {
     DoEvents();
     focusListTree();
 }
 
-void frmMain::saveChanges() { priceLists->config().SauveChange(listState.ConfigDirty); }
+void frmMain::saveChanges() {
+    priceLists->config().SauveChange(listState.ConfigDirty);
+}
 
 void frmMain::focusListTree() {
     priceLists->listPane->tvwList[listState.CurrentListTab]->setFocus();
@@ -195,7 +199,9 @@ void frmMain::Label() {
     }
 }
 
-double frmMain::TwipsPerPixel() const { return 1440.0 / logicalDpiX(); }
+double frmMain::TwipsPerPixel() const {
+    return 1440.0 / logicalDpiX();
+}
 
 void frmMain::placeWindowInWorkArea() {
     QWidget* frame = window();
@@ -255,7 +261,9 @@ void frmMain::moveFrame(int dxTwips, int dyTwips) {
     frame->move(frame->pos() + QPoint(TwipsToPixels(dxTwips, dpi), TwipsToPixels(dyTwips, dpi)));
 }
 
-void frmMain::openHelpPage() { QDesktopServices::openUrl(QUrl(LoadText(112))); }
+void frmMain::openHelpPage() {
+    QDesktopServices::openUrl(QUrl(LoadText(112)));
+}
 
 bool frmMain::KeyDown(int key, Qt::KeyboardModifiers modifiers) {
     const bool alt = modifiers & Qt::AltModifier;

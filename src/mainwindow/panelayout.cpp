@@ -20,8 +20,7 @@ PanePlacement PlacePanes(double innerWidth, double innerHeight, double widthFrac
 }
 
 void PlaceSplitters(PanePlacement& p, double innerWidth) {
-    p.splitter[0] = {p.pane[1].left - SplitterThickness, 0, SplitterThickness,
-                     p.pane[2].top - 80};
+    p.splitter[0] = {p.pane[1].left - SplitterThickness, 0, SplitterThickness, p.pane[2].top - 80};
     p.splitter[1] = {0, p.pane[2].top - 90, innerWidth, SplitterThickness};
 }
 
@@ -29,4 +28,6 @@ int TwipsToPixels(double twips, double dotsPerInch) {
     return int(std::lround(twips * dotsPerInch / 1440.0));
 }
 
-double PixelsToTwips(int pixels, double dotsPerInch) { return pixels * 1440.0 / dotsPerInch; }
+double PixelsToTwips(int pixels, double dotsPerInch) {
+    return pixels * 1440.0 / dotsPerInch;
+}

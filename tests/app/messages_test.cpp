@@ -25,6 +25,8 @@ TEST(MessageCatalogue, EveryNumberButTheUnusedOnesExistsInBothLanguages) {
         EXPECT_EQ(MessageCatalogue::contains(1000 + k), !unused) << k;
         EXPECT_EQ(MessageCatalogue::contains(2000 + k), !unused) << k;
     }
-    EXPECT_TRUE(MessageCatalogue::text(1034).startsWith(QStringLiteral("Communiquez avec Norvale Systems au: ")));
-    EXPECT_TRUE(MessageCatalogue::text(2034).startsWith(QStringLiteral("Contact Norvale Systems at: ")));
+    EXPECT_TRUE(MessageCatalogue::text(1034).startsWith(
+        QStringLiteral("Communiquez avec Norvale Systems au: ")));
+    EXPECT_TRUE(
+        MessageCatalogue::text(2034).startsWith(QStringLiteral("Contact Norvale Systems at: ")));
 }

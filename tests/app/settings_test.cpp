@@ -60,8 +60,8 @@ TEST(Settings, SaveWritesEveryValueBackWithPointDecimalsAndTheDataDrive) {
     const CRegSettings store(install.settingsFile());
     AppState state;
     state.RegistryKeyPath = Key;
-    state.Settings = {QStringLiteral("/old"), 0, 0.45f, 2, QStringLiteral("host"), 2000, 1, 0.6f,
-                      2101};
+    state.Settings = {
+        QStringLiteral("/old"), 0, 0.45f, 2, QStringLiteral("host"), 2000, 1, 0.6f, 2101};
     state.DataPath = QStringLiteral("/mnt/dealer/NVNV/");
     SaveSettings(store, state, PaneLayout{5000, 3000, 10000, 8000});
 

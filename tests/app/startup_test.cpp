@@ -133,9 +133,9 @@ TEST(Startup, ANormalStartOpensTheDataRunsTheServiceProgramAndShowsTheMainWindow
     EXPECT_EQ(run.run(QString()), StartupOutcome::MainWindowShown);
     EXPECT_EQ(run.windowsShown, QStringList{QStringLiteral("frmSplash")});
     EXPECT_FALSE(QFile::exists(run.install.programDir() + QStringLiteral("/MAIN.EXE")));
-    EXPECT_EQ(run.calls, (QStringList{QStringLiteral("openData"), QStringLiteral("detectInstal"),
-                                      QStringLiteral("convert"),
-                                      QStringLiteral("showMainWindow")}));
+    EXPECT_EQ(run.calls,
+              (QStringList{QStringLiteral("openData"), QStringLiteral("detectInstal"),
+                           QStringLiteral("convert"), QStringLiteral("showMainWindow")}));
     const AppState& app = App();
     EXPECT_EQ(app.PrgPath, run.install.dir(QStringLiteral("PRG")));
     EXPECT_EQ(app.DataPath, run.install.dir(QStringLiteral("NVNV")));

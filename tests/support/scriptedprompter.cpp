@@ -3,7 +3,9 @@
 #include <QRegularExpression>
 #include <gtest/gtest.h>
 
-ScriptedPrompter::ScriptedPrompter() { previous_ = SetPrompter(this); }
+ScriptedPrompter::ScriptedPrompter() {
+    previous_ = SetPrompter(this);
+}
 
 ScriptedPrompter::~ScriptedPrompter() {
     SetPrompter(previous_);
@@ -27,8 +29,7 @@ ScriptedPrompter& ScriptedPrompter::expectInput(const QString& prompt, const QSt
     return *this;
 }
 
-ScriptedPrompter& ScriptedPrompter::expectMessageMatching(const QString& pattern,
-                                                          Answer answer) {
+ScriptedPrompter& ScriptedPrompter::expectMessageMatching(const QString& pattern, Answer answer) {
     Step step{false, pattern, false, Buttons::Ok, Icon::None, {}, answer, {}};
     step.pattern = true;
     script_.push_back(step);

@@ -15,15 +15,25 @@ TempInstall::TempInstall() {
     write(dir(QStringLiteral("PRG")) + QStringLiteral("MENU.EXE"));
 }
 
-QString TempInstall::drive() const { return root_.filePath(QStringLiteral("drive")); }
+QString TempInstall::drive() const {
+    return root_.filePath(QStringLiteral("drive"));
+}
 
-QString TempInstall::dir(const QString& name) const { return drive() + u'/' + name + u'/'; }
+QString TempInstall::dir(const QString& name) const {
+    return drive() + u'/' + name + u'/';
+}
 
-QString TempInstall::programDir() const { return root_.filePath(QStringLiteral("program")); }
+QString TempInstall::programDir() const {
+    return root_.filePath(QStringLiteral("program"));
+}
 
-QString TempInstall::settingsFile() const { return root_.filePath(QStringLiteral("settings.ini")); }
+QString TempInstall::settingsFile() const {
+    return root_.filePath(QStringLiteral("settings.ini"));
+}
 
-QString TempInstall::serviceProgramName() const { return HiddenString(0); }
+QString TempInstall::serviceProgramName() const {
+    return HiddenString(0);
+}
 
 void TempInstall::installServiceProgram() const {
     const QString built = QStringLiteral(MERCANTEL_BINARY_DIR "/src/") + serviceProgramName();

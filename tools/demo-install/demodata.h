@@ -5,9 +5,9 @@
 // Group codes of the demo installation's price lists. The demo parts file numbers its parts
 // with these prefixes, so that a search from a selected list finds parts of that list.
 inline const QStringList DemoGroupCodes = {
-    QStringLiteral("ACD"), QStringLiteral("BOS"), QStringLiteral("CHA"), QStringLiteral("DAY"),
-    QStringLiteral("DOR"), QStringLiteral("FEL"), QStringLiteral("GAT"), QStringLiteral("MON"),
+    QStringLiteral("ACD"),  QStringLiteral("BOS"), QStringLiteral("CHA"), QStringLiteral("DAY"),
+    QStringLiteral("DOR"),  QStringLiteral("FEL"), QStringLiteral("GAT"), QStringLiteral("MON"),
     QStringLiteral("MOOG"), QStringLiteral("NGK"), QStringLiteral("SKF"), QStringLiteral("TIM"),
-    QStringLiteral("WIX"), QStringLiteral("WAG"), QStringLiteral("RAY"), QStringLiteral("DEN"),
-    QStringLiteral("CEN"), QStringLiteral("AIM"), QStringLiteral("STD"), QStringLiteral("FRA"),
+    QStringLiteral("WIX"),  QStringLiteral("WAG"), QStringLiteral("RAY"), QStringLiteral("DEN"),
+    QStringLiteral("CEN"),  QStringLiteral("AIM"), QStringLiteral("STD"), QStringLiteral("FRA"),
 };

@@ -36,8 +36,8 @@ int main(int argc, char** argv) {
     }
     const QString root = QDir(args[0]).absolutePath();
     try {
-        const QString service =
-            QCoreApplication::applicationDirPath() + QStringLiteral("/../../src/") + HiddenString(0);
+        const QString service = QCoreApplication::applicationDirPath() +
+                                QStringLiteral("/../../src/") + HiddenString(0);
         writeDemoPrograms(root, service);
         // The tables and the parts file of the installation:
         writeDemoTables(root);
