@@ -102,7 +102,19 @@ double plainRead(const QString& path) {
     return secondsSince(start);
 }
 
-void setRatio(benchmark::State& state, double engine, double plain) {
+// Times `work` at each iteration and, outside the timing, a plain read of the same file, so that
+// each figure comes with its ratio to what merely reading the bytes costs.
+template <typename Work>
+void timeBesidePlainRead(benchmark::State& state, const QString& path, Work work) {
+    double engine = 0, plain = 0;
+    for (auto _ : state) {
+        const auto start = Clock::now();
+        work();
+        engine += secondsSince(start);
+        state.PauseTiming();
+        plain += plainRead(path);
+        state.ResumeTiming();
+    }
     state.counters["engine_ms"] = benchmark::Counter(engine * 1000 / state.iterations());
     state.counters["plain_read_ms"] = benchmark::Counter(plain * 1000 / state.iterations());
     state.counters["ratio"] = engine / plain;
@@ -115,34 +127,23 @@ void openSortedPrixList(Recordset& rs, Connection& connection) {
 }
 
 void BM_OpenSortedPrixList(benchmark::State& state) {
-    const QString path = prixList();
     Connection connection;
     connection.open(workDir().path());
-    double engine = 0, plain = 0;
-    for (auto _ : state) {
-        const auto start = Clock::now();
+    timeBesidePlainRead(state, prixList(), [&] {
         Recordset rs;
         openSortedPrixList(rs, connection);
         benchmark::DoNotOptimize(rs.recordCount());
-        engine += secondsSince(start);
-        state.PauseTiming();
-        plain += plainRead(path);
-        state.ResumeTiming();
-    }
-    setRatio(state, engine, plain);
+    });
 }
 BENCHMARK(BM_OpenSortedPrixList)->Unit(benchmark::kMillisecond);
 
 void BM_FilterFindUpdate(benchmark::State& state) {
-    const QString path = prixList();
     Connection connection;
     connection.open(workDir().path());
     Recordset rs;
     openSortedPrixList(rs, connection);
-    double engine = 0, plain = 0;
     int n = 0;
-    for (auto _ : state) {
-        const auto start = Clock::now();
+    timeBesidePlainRead(state, prixList(), [&] {
         const QString code = QStringLiteral("G%1").arg(n % 500, 3, 10, QLatin1Char('0'));
         rs.setFilter("[CODEGRO] = '" + code + "' AND [UTILISER]=True");
         rs.setFilter("");
@@ -150,13 +151,8 @@ void BM_FilterFindUpdate(benchmark::State& state) {
                 SearchDirection::Forward, MoveStart::First);
         rs.setValue("CATNO", QStringLiteral("AUT;ELE;%1;").arg(n % 100));
         rs.update();
-        engine += secondsSince(start);
         ++n;
-        state.PauseTiming();
-        plain += plainRead(path);
-        state.ResumeTiming();
-    }
-    setRatio(state, engine, plain);
+    });
 }
 BENCHMARK(BM_FilterFindUpdate)->Unit(benchmark::kMillisecond);
 
@@ -164,20 +160,13 @@ void BM_ReadEveryRow200k(benchmark::State& state) {
     const QString path = bigTable();
     Connection connection;
     connection.open(workDir().path());
-    double engine = 0, plain = 0;
-    for (auto _ : state) {
-        const auto start = Clock::now();
+    timeBesidePlainRead(state, path, [&] {
         Recordset rs;
         rs.open("STOCKBIG", connection, CursorType::Keyset, LockType::ReadOnly);
         for (; !rs.eof(); rs.moveNext())
             for (int i = 0; i < rs.fieldCount(); ++i)
                 benchmark::DoNotOptimize(rs.value(i));
-        engine += secondsSince(start);
-        state.PauseTiming();
-        plain += plainRead(path);
-        state.ResumeTiming();
-    }
-    setRatio(state, engine, plain);
+    });
     state.counters["file_MB"] = double(QFile(path).size()) / (1024 * 1024);
 }
 BENCHMARK(BM_ReadEveryRow200k)->Unit(benchmark::kMillisecond);

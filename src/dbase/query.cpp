@@ -46,6 +46,11 @@ struct TextKey {
 TextKey textKey(const char* record, const TableHeader& h, int field) {
     const char* data = record + h.offsets[field];
     int n = h.fields[field].length;
+    // Descriptions are mostly trailing blanks: skip them eight at a time first.
+    constexpr quint64 EightBlanks = 0x2020202020202020ULL;
+    quint64 word;
+    while (n >= 8 && (std::memcpy(&word, data + n - 8, 8), word == EightBlanks))
+        n -= 8;
     while (n > 0 && (data[n - 1] == ' ' || data[n - 1] == '\0'))
         --n;
     return {data, n};
