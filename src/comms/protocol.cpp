@@ -1,0 +1,29 @@
+#include "comms/protocol.h"
+
+#include <cmath>
+
+namespace Protocol {
+
+qint64 AnnouncedSize(const QByteArray& message) {
+    qsizetype i = TokenLength;
+    while (i < message.size() && (message[i] == ' ' || message[i] == '\t'))
+        ++i;
+    const qsizetype start = i;
+    if (i < message.size() && (message[i] == '+' || message[i] == '-'))
+        ++i;
+    while (i < message.size() && message[i] >= '0' && message[i] <= '9')
+        ++i;
+    if (i < message.size() && message[i] == '.') {
+        ++i;
+        while (i < message.size() && message[i] >= '0' && message[i] <= '9')
+            ++i;
+    }
+    bool ok = false;
+    const double value = message.mid(start, i - start).toDouble(&ok);
+    if (!ok)
+        return 0;
+    // Halves go to the even neighbour, as the conversion to a whole number always did.
+    return qint64(std::nearbyint(value));
+}
+
+} // namespace Protocol
