@@ -1,5 +1,7 @@
 #include "comms/bulletinpage.h"
 
+#include "app/messages.h"
+
 #include <QComboBox>
 #include <QGridLayout>
 #include <QLabel>
@@ -19,4 +21,9 @@ BulletinPage::BulletinPage(QWidget* parent)
     grid->addWidget(rtxBulletins, 1, 0, 1, 4);
     grid->setColumnStretch(1, 1);
     grid->setColumnStretch(3, 2);
+}
+
+void BulletinPage::label() {
+    lblAnnonceur->setText(LoadText(118));
+    lblSujet->setText(LoadText(119));
 }

@@ -17,4 +17,7 @@ public:
     QLabel* lblSujet;
     QComboBox* cmbSujet;
     QTextEdit* rtxBulletins;
+
+    // The pane's captions in the current language.
+    void label();
 };

@@ -184,11 +184,9 @@ void frmMain::Label() {
         priceLists->configPane->labelFields();
         downloadPage->labelUpdateFrame();
         priceLists->configPane->labelFrames();
-        partSearchPane->lblRecherche->setText(LoadText(28));
-        partSearchPane->lblMax->setText(LoadText(83));
+        partSearchPane->label();
         downloadPage->labelChoices();
-        bulletinPage->lblAnnonceur->setText(LoadText(118));
-        bulletinPage->lblSujet->setText(LoadText(119));
+        bulletinPage->label();
         downloadPage->labelWarning();
         downloadPage->labelDownloadButton();
         static const int menuCaptions[][2] = {{0, 120}, {1, 121}, {3, 123}, {4, 124}, {2, 126}};

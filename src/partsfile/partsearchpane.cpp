@@ -174,3 +174,8 @@ bool PartSearchPane::eventFilter(QObject* watched, QEvent* event) {
     }
     return QWidget::eventFilter(watched, event);
 }
+
+void PartSearchPane::label() {
+    lblRecherche->setText(LoadText(28));
+    lblMax->setText(LoadText(83));
+}

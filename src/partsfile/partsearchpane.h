@@ -25,6 +25,9 @@ public:
     QListWidget* lstPieces;
     QLineEdit* txtRechGroupe;
 
+    // The pane's captions in the current language.
+    void label();
+
     // A price list was selected: its group code (blanks trimmed; empty when it has none)
     // becomes the search prefix and ends the caption of lblRecherche, right-aligned in 4.
     void setGroupCode(const QString& groupCode);
