@@ -74,6 +74,8 @@ void frmOptions::buildControls() {
     lblPort = new QLabel(this);
     txtPort = new QLineEdit(this);
     txtPort->setMaxLength(5);
+    txtPort->setMaximumWidth(txtPort->fontMetrics().horizontalAdvance(QStringLiteral("0000000")) +
+                             16);
     chkSelection = new QCheckBox(this);
     chkSauve = new QCheckBox(this);
     cmdDefault = new QPushButton(this);
