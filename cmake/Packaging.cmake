@@ -18,9 +18,11 @@ add_custom_target(guide ALL
 install(TARGETS mercantel RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
 # The dealer's command-line tools, those this tree builds. The demo builder, the stand-in
 # service program and the demo update server serve the tests and the demo only.
+set(installed_tools)
 foreach(tool dbfsql stocksearch fetchupdates convertlists)
     if(TARGET ${tool})
         install(TARGETS ${tool} RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+        list(APPEND installed_tools ${tool})
     endif()
 endforeach()
 
@@ -40,16 +42,28 @@ foreach(size 16 32 48 64 128 256)
 endforeach()
 install(DIRECTORY ${guide_source}/ DESTINATION ${CMAKE_INSTALL_DATADIR}/${package_name}/guide)
 
-# Debian wants the changelog compressed without a time stamp.
-set(changelog ${PROJECT_BINARY_DIR}/packaging/changelog)
-configure_file(${PROJECT_SOURCE_DIR}/packaging/changelog.in ${changelog} @ONLY)
-add_custom_command(OUTPUT ${changelog}.gz
-    COMMAND gzip -9nkf ${changelog}
-    DEPENDS ${changelog}
-    COMMENT "Compressing the package's changelog")
-add_custom_target(changelog ALL DEPENDS ${changelog}.gz)
+# Installs a text compressed as Debian wants it: gzip -9, without a time stamp.
+function(install_compressed source destination)
+    get_filename_component(name ${source} NAME)
+    set(copy ${PROJECT_BINARY_DIR}/packaging/${name})
+    configure_file(${source} ${copy} @ONLY)
+    add_custom_command(OUTPUT ${copy}.gz
+        COMMAND gzip -9nkf ${copy}
+        DEPENDS ${copy}
+        COMMENT "Compressing ${name} for the package")
+    add_custom_target(compressed-${name} ALL DEPENDS ${copy}.gz)
+    install(FILES ${copy}.gz DESTINATION ${destination} RENAME ${name}.gz)
+endfunction()
+
 set(docdir ${CMAKE_INSTALL_DATADIR}/doc/${package_name})
-install(FILES ${changelog}.gz ${PROJECT_SOURCE_DIR}/packaging/copyright DESTINATION ${docdir})
+install_compressed(${PROJECT_SOURCE_DIR}/packaging/changelog ${docdir})
+foreach(program mercantel ${installed_tools})
+    set(manual ${PROJECT_SOURCE_DIR}/packaging/${program}.1)
+    if(EXISTS ${manual})
+        install_compressed(${manual} ${CMAKE_INSTALL_MANDIR}/man1)
+    endif()
+endforeach()
+install(FILES ${PROJECT_SOURCE_DIR}/packaging/copyright DESTINATION ${docdir})
 
 set(CMAKE_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS
     OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE)
