@@ -28,6 +28,11 @@ endforeach()
 
 install(FILES ${PROJECT_SOURCE_DIR}/packaging/mercantel.desktop
     DESTINATION ${CMAKE_INSTALL_DATADIR}/applications)
+# What software centres show of the program.
+configure_file(${PROJECT_SOURCE_DIR}/packaging/mercantel.metainfo.xml
+    ${PROJECT_BINARY_DIR}/packaging/com.norvale.mercantel.metainfo.xml @ONLY)
+install(FILES ${PROJECT_BINARY_DIR}/packaging/com.norvale.mercantel.metainfo.xml
+    DESTINATION ${CMAKE_INSTALL_DATADIR}/metainfo)
 install(FILES ${icons_source}/mercantel.svg
     DESTINATION ${CMAKE_INSTALL_DATADIR}/icons/hicolor/scalable/apps)
 foreach(size 16 32 48 64 128 256)
