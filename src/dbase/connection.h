@@ -1,11 +1,9 @@
 #pragma once
 
+#include "dbase/connectionstate.h"
+
 #include <QString>
 #include <memory>
-
-enum class CursorLocation { Server, Client };
-
-struct ConnectionState;
 
 // A connection on one directory of dBASE tables, as the program opened one on the data
 // directory and one on the launcher directory. Tables are named with or without ".DBF", in any
