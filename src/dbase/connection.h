@@ -10,7 +10,9 @@
 // case, and found on disk without regard to case.
 class Connection {
 public:
-    Connection();
+    // The tables that statements rewrite are written through `output` when one is given: a
+    // test hands a device that fails part way to play a full disk.
+    explicit Connection(TableFile::OutputWrapper output = {});
     ~Connection();
     Connection(const Connection&) = delete;
     Connection& operator=(const Connection&) = delete;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "dbase/tablefile.h"
+
 #include <QString>
 
 enum class CursorLocation { Server, Client };
@@ -10,6 +12,7 @@ struct ConnectionState {
     QString directory; // ends with '/'
     bool open = false;
     CursorLocation location = CursorLocation::Server;
+    TableFile::OutputWrapper output; // what the tables it rewrites are written through
 
     // Throws DbError 3704 while closed.
     void checkOpen() const;
