@@ -3,6 +3,8 @@
 #include "app/appstate.h"
 #include "app/messages.h"
 #include "partsfile/modntx.h"
+#include "partsfile/partsearch.h"
+#include "stockfixture.h"
 #include "stockfixtures/stockgenerator.h"
 #include "support/scriptedprompter.h"
 
@@ -10,6 +12,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
+#include <QProcess>
 #include <QTemporaryDir>
 #include <QTest>
 #include <gtest/gtest.h>
@@ -71,29 +74,85 @@ protected:
     PartSearchPane pane;
 };
 
+struct ToolRun {
+    int exitCode = -1;
+    QStringList out;
+    QString err;
+};
+
+ToolRun runStockSearch(const QStringList& arguments) {
+    QProcess process;
+    process.start(QStringLiteral(STOCKSEARCH_PATH), arguments);
+    EXPECT_TRUE(process.waitForFinished(30000));
+    ToolRun run{process.exitCode(), QString::fromUtf8(process.readAllStandardOutput()).split(u'\n'),
+                QString::fromUtf8(process.readAllStandardError()).trimmed()};
+    if (run.out.last().isEmpty())
+        run.out.removeLast();
+    return run;
+}
+
 std::unique_ptr<QTemporaryDir> PartSearchPaneTest::dir;
 std::unique_ptr<StockFiles> PartSearchPaneTest::files;
 
-TEST_F(PartSearchPaneTest, LineCountFollowsTheNumberField) {
+TEST(PartSearchLineCount, TheTypedCountIsRoundedToEvenAndCappedAt2000) {
+    const std::pair<const char*, qint32> cases[] = {
+        {"12.5", 12}, {"13.5", 14}, {"7.2.9", 7},   {"", 0},          {"  42abc", 42},
+        {"x5", 0},    {".5", 0},    {"5000", 2000}, {"2000.4", 2000}, {"1999.6", 2000}};
+    for (const auto& [typed, lines] : cases)
+        EXPECT_EQ(PartSearch::LineCount(QString::fromLatin1(typed)), lines) << typed;
+}
+
+TEST_F(PartSearchPaneTest, AnOverlargeCountShowsAndListsTheCap) {
     ASSERT_GT(partsStartingWith(QString()), 2000);
     search(QString(), QStringLiteral("5000"));
     EXPECT_EQ(pane.txtMax->text(), QStringLiteral("2000"));
     EXPECT_EQ(partLines(), 2000);
     EXPECT_EQ(pane.lstPieces->item(0)->text(), modNTX::StockHeading());
-
-    search(QString(), QStringLiteral("12.5"));
-    EXPECT_EQ(partLines(), 12);
     search(QString(), QStringLiteral("13.5"));
     EXPECT_EQ(partLines(), 14);
     EXPECT_EQ(pane.txtMax->text(), QStringLiteral("13.5"));
-    search(QString(), QStringLiteral("7.2.9"));
-    EXPECT_EQ(partLines(), 7);
-    search(QString(), QString());
-    EXPECT_EQ(partLines(), 0);
+}
 
-    EXPECT_DOUBLE_EQ(PartSearchPane::leadingNumber(QStringLiteral("  42abc")), 42.0);
-    EXPECT_DOUBLE_EQ(PartSearchPane::leadingNumber(QStringLiteral(".5")), 0.5);
-    EXPECT_DOUBLE_EQ(PartSearchPane::leadingNumber(QStringLiteral("x5")), 0.0);
+// The command-line search lists what the pane lists for the same number and line count.
+TEST_F(PartSearchPaneTest, TheCommandLineSearchAnswersAsThePaneDoes) {
+    for (const QString typed : {"5000", "12.5", "7.2.9", ""}) {
+        SCOPED_TRACE(typed.toStdString());
+        search(QStringLiteral("ab"), typed);
+        const ToolRun run = runStockSearch({App().PrgPath, QStringLiteral("ab"), typed});
+        EXPECT_EQ(run.exitCode, 0);
+        EXPECT_EQ(run.out, listed());
+    }
+}
+
+TEST(StockSearchTool, FailsWith1079OrRefusesBadArguments) {
+    ResetAppState();
+    StockFixture fixture;
+    std::vector<StockPart> parts;
+    for (int i = 0; i < 30; ++i)
+        parts.push_back(TestPart(QStringLiteral("NGK%1").arg(i % 20), i + 1));
+    fixture.write(parts, {3, true, 2, "NUMERO"});
+    App().Settings.Nation = 2000;
+    const ToolRun english = runStockSearch({fixture.prgDir(), QStringLiteral("ngk1"),
+                                            QStringLiteral("7"), QStringLiteral("--english")});
+    EXPECT_EQ(english.out, fixture.search(QStringLiteral("ngk1"), 7).lines);
+
+    for (const QStringList& bad :
+         {QStringList{fixture.prgDir()}, QStringList{fixture.prgDir(), "NGK", "7a"},
+          QStringList{fixture.prgDir() + "NOWHERE", "NGK"}}) {
+        const ToolRun refused = runStockSearch(bad);
+        EXPECT_EQ(refused.exitCode, 2) << bad.join(u' ').toStdString();
+        EXPECT_TRUE(refused.out.isEmpty());
+    }
+    EXPECT_EQ(runStockSearch({"--help"}).exitCode, 0);
+    EXPECT_EQ(runStockSearch({"--version"}).out, QStringList{"stocksearch 2004.3.2"});
+
+    fixture.writeIndex(QByteArray(10, '\0'));
+    App().Settings.Nation = 1000;
+    const ToolRun failed = runStockSearch({fixture.prgDir(), QStringLiteral("NGK")});
+    EXPECT_EQ(failed.exitCode, 1);
+    EXPECT_TRUE(failed.out.isEmpty());
+    EXPECT_EQ(failed.err, LoadText(79));
+    ResetAppState();
 }
 
 TEST_F(PartSearchPaneTest, NumberFieldTakesDigitsAndPointOnly) {
