@@ -21,7 +21,8 @@ constexpr int KeyBackspace = 8;
 constexpr int KeyPaste = 22; // Ctrl+V, which the number field drops like any other character
 
 // The character a key press types, as the field's key handler sees it; 0 for keys that type
-// nothing (arrows, Delete, Home...), which the fields handle normally.
+// nothing (Tab, Delete, arrows, Home...), which the fields handle normally. On an X server
+// such keys carry a control character as their text (a tab, DEL): that is not typing.
 int typedCharacter(const QKeyEvent& key) {
     if (key.key() == Qt::Key_Return || key.key() == Qt::Key_Enter)
         return KeyEnter;
@@ -30,7 +31,9 @@ int typedCharacter(const QKeyEvent& key) {
     if (key.matches(QKeySequence::Paste))
         return KeyPaste;
     const QString text = key.text();
-    return text.isEmpty() ? 0 : text.front().unicode();
+    if (text.isEmpty() || text.front().category() == QChar::Other_Control)
+        return 0;
+    return text.front().unicode();
 }
 
 } // namespace
