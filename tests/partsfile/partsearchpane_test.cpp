@@ -41,8 +41,7 @@ protected:
         ResetAppState();
         App().Settings.Nation = 1000;
         App().PrgPath = dir->path() + QStringLiteral("/PRG/");
-        pane.lblRecherche->setText(LoadText(28));
-        pane.lblMax->setText(LoadText(83));
+        pane.label();
         pane.show();
         QApplication::setActiveWindow(&pane);
         ASSERT_TRUE(QTest::qWaitForWindowActive(&pane));
