@@ -107,7 +107,13 @@ QString InstallDir(const QString& drive, const QString& name) {
     QString base = drive;
     while (base.size() > 1 && (base.endsWith(u'/') || base.endsWith(u'\\')))
         base.chop(1);
-    return base + Separator + name + Separator;
+    const QString dir = base + Separator + name;
+    if (!QDir::isRelativePath(dir))
+        return dir + Separator;
+    // A drive typed as a relative path names the same place once the current directory has
+    // moved to the launcher's.
+    return QDir::toNativeSeparators(QDir::cleanPath(QDir::current().absoluteFilePath(dir))) +
+           Separator;
 }
 
 StartupOutcome Main(const QString& commandLine, const StartupHooks& hooks,

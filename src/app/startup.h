@@ -29,7 +29,7 @@ enum class StartupOutcome {
     Ended,           // nothing (more) to show: the process ends
 };
 
-// The directory `name` of the installation on `drive`, ending with the separator.
+// The directory `name` of the installation on `drive`, absolute and ending with the separator.
 QString InstallDir(const QString& drive, const QString& name);
 
 // The program's entry routine: from the command line to the main window.

@@ -207,16 +207,20 @@ TEST(Startup, EachDrivePromptProposesTheDefaultDrive) {
     EXPECT_EQ(prompts.messages, QStringList{MessageCatalogue::text(1076)});
 }
 
-TEST(Startup, AValidDriveAtTheFourthPromptLetsTheStartGoOn) {
+TEST(Startup, AValidDriveAtTheFourthPromptEvenRelativeLetsTheStartGoOn) {
     StartupRun run;
     run.setStoredDrive(QStringLiteral("/nowhere"));
     ScriptedPrompter prompts;
     const QString ask = MessageCatalogue::text(1075);
     for (int i = 0; i < 3; ++i)
         prompts.expectInput(ask, QStringLiteral("/wrong"));
-    prompts.expectInput(ask, run.install.drive());
+    // Typed relative to where the program was started, which is not where it goes on.
+    QDir::setCurrent(QFileInfo(run.install.drive()).path());
+    prompts.expectInput(ask, QStringLiteral("drive"));
     EXPECT_EQ(run.run(QString()), StartupOutcome::MainWindowShown);
-    EXPECT_EQ(App().Settings.Drive, run.install.drive());
+    EXPECT_EQ(QFileInfo(App().DataPath).canonicalFilePath(),
+              QFileInfo(run.install.dir(QStringLiteral("NVNV"))).canonicalFilePath());
+    EXPECT_TRUE(run.serviceLog().contains(QStringLiteral("0 2")));
 }
 
 TEST(Startup, FailuresOfTheLaterStepsEndTheStart) {
