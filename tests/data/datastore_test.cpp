@@ -12,6 +12,7 @@
 #include <QDir>
 #include <QLineEdit>
 #include <QProcess>
+#include <QRegularExpression>
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
 #include <memory>
@@ -140,6 +141,19 @@ TEST_F(DataStoreTest, OtherFailuresShowErrOpenDataAndTheDescription) {
     ScriptedPrompter prompts;
     prompts.expectMessage("errOpenData: The table DEPART is not in " +
                           QDir::toNativeSeparators(QDir(App().PrgPath).absolutePath() + "/") + ".");
+    EXPECT_FALSE(OpenData());
+}
+
+TEST_F(DataStoreTest, DirectoriesAreFoundInAnyCaseAndAMissingOneIsNamedNotTakenForALock) {
+    ScriptedPrompter prompts;
+    ASSERT_TRUE(QDir(root.path()).rename("NVNV", "nvnv"));
+    ASSERT_TRUE(QDir(root.path()).rename("PRG", "Prg"));
+    EXPECT_TRUE(OpenData());
+    EXPECT_EQ(rsDepart.recordCount(), 13);
+
+    ASSERT_TRUE(QDir(root.path() + "/nvnv").removeRecursively());
+    prompts.expectMessageMatching("^errOpenData: .*" +
+                                  QRegularExpression::escape(App().DataPath.chopped(1)));
     EXPECT_FALSE(OpenData());
 }
 
