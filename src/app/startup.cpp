@@ -124,6 +124,7 @@ StartupOutcome Main(const QString& commandLine, const StartupHooks& hooks,
         return StartupOutcome::Ended;
 
     readSettings(env);
+    LoadQtTranslations();
     auto splash = std::make_unique<frmSplash>();
     splash->show();
     splash->repaint();
