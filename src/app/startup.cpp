@@ -11,7 +11,9 @@
 #include "app/serviceprogram.h"
 #include "app/settings.h"
 
+#include <QCoreApplication>
 #include <QDir>
+#include <QProcess>
 #include <QTime>
 #include <cstdlib>
 #include <memory>
@@ -102,6 +104,13 @@ bool openDataStore(const StartupHooks& hooks) {
 }
 
 } // namespace
+
+StartupEnvironment SystemEnvironment() {
+    return {QCoreApplication::applicationDirPath(), CRegSettings(),
+            [](const QString& program, const QString& dir) {
+                return QProcess::startDetached(program, {}, dir);
+            }};
+}
 
 QString InstallDir(const QString& drive, const QString& name) {
     QString base = drive;

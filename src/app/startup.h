@@ -24,6 +24,10 @@ struct StartupEnvironment {
     std::function<bool(const QString& program, const QString& workingDir)> startProgram;
 };
 
+// The environment of a real run: the program's directory, the machine's settings store, and
+// programs started on their own.
+StartupEnvironment SystemEnvironment();
+
 enum class StartupOutcome {
     MainWindowShown, // the program lives on in its windows' events
     Ended,           // nothing (more) to show: the process ends
