@@ -86,33 +86,6 @@ struct StartupRun {
 
 } // namespace
 
-// Answers the drive prompts with a list of drives and records what each prompt proposed.
-class DrivePrompts final : public Prompter {
-public:
-    explicit DrivePrompts(QStringList drives) : drives_(std::move(drives)) {
-        previous_ = SetPrompter(this);
-    }
-    ~DrivePrompts() override { SetPrompter(previous_); }
-
-    Answer messageBox(const QString& text, Buttons, Icon, const QString&) override {
-        messages << text;
-        return Answer::Ok;
-    }
-    QString inputBox(const QString& prompt, const QString&, const QString& proposed) override {
-        prompts << prompt;
-        proposals << proposed;
-        return drives_.isEmpty() ? QString() : drives_.takeFirst();
-    }
-
-    QStringList messages;
-    QStringList prompts;
-    QStringList proposals;
-
-private:
-    QStringList drives_;
-    Prompter* previous_ = nullptr;
-};
-
 TEST(Startup, APendingLauncherIsSwappedAndNothingElseHappens) {
     StartupRun run;
     run.install.write(run.install.programDir() + QStringLiteral("/MAIN.NEW"), "new launcher");
@@ -190,21 +163,12 @@ TEST(Startup, TheDriveIsAskedFourTimesAtMostThenTheProgramEnds) {
     run.setStoredDrive(QStringLiteral("/nowhere"));
     ScriptedPrompter prompts;
     const QString ask = MessageCatalogue::text(1075);
-    prompts.expectInput(ask, QStringLiteral("/a")).expectInput(ask, QStringLiteral("/b"));
-    prompts.expectInput(ask, QString()).expectInput(ask, QStringLiteral("/d"));
+    for (const QString& typed :
+         {QStringLiteral("/a"), QStringLiteral("/b"), QString(), QStringLiteral("/d")})
+        prompts.expectInput(ask, typed, DefaultDrive());
     prompts.expectMessage(MessageCatalogue::text(1076));
     EXPECT_EQ(run.run(QString()), StartupOutcome::Ended);
     EXPECT_TRUE(run.calls.isEmpty());
-}
-
-TEST(Startup, EachDrivePromptProposesTheDefaultDrive) {
-    StartupRun run;
-    run.setStoredDrive(QStringLiteral("/nowhere"));
-    DrivePrompts prompts({QStringLiteral("/a"), QStringLiteral("/b")});
-    EXPECT_EQ(run.run(QString()), StartupOutcome::Ended);
-    EXPECT_EQ(prompts.prompts, QStringList(4, MessageCatalogue::text(1075)));
-    EXPECT_EQ(prompts.proposals, QStringList(4, DefaultDrive()));
-    EXPECT_EQ(prompts.messages, QStringList{MessageCatalogue::text(1076)});
 }
 
 TEST(Startup, AValidDriveAtTheFourthPromptEvenRelativeLetsTheStartGoOn) {

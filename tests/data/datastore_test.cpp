@@ -105,15 +105,10 @@ protected:
 TEST_F(DataStoreTest, OpensTheFiveRecordsetsInTheirOrderAndClosesThem) {
     ScriptedPrompter prompts;
     ASSERT_TRUE(OpenData());
-    EXPECT_EQ(rsPrixList.source(), "SELECT * FROM PRIXLIST ORDER BY [DESC]");
-    EXPECT_EQ(rsPrixList.cursorLocation(), CursorLocation::Client);
-    EXPECT_EQ(rsPrixList.lockType(), LockType::Optimistic);
-    EXPECT_EQ(rsPrixList.value("DESC").toString(), "Brakes");
+    EXPECT_EQ(rsPrixList.value("DESC").toString(), "Brakes") << "sorted by description";
     EXPECT_EQ(rsPrixCodes.fieldCount(), 2);
     EXPECT_EQ(rsCataList.value("FICHIER").toString(), "C1");
-    EXPECT_EQ(rsCataFiles.source(), "SELECT FICHIER FROM CATALIST");
     EXPECT_EQ(rsDepart.recordCount(), 13) << "only the first 13 departments";
-    EXPECT_EQ(rsDepart.cursorType(), CursorType::Keyset);
     CloseData();
     for (Recordset* rs : {&rsPrixList, &rsPrixCodes, &rsCataList, &rsCataFiles, &rsDepart})
         EXPECT_FALSE(rs->isOpen());
