@@ -116,40 +116,35 @@ TEST_F(DataStoreTest, OpensTheFiveRecordsetsInTheirOrderAndClosesThem) {
     EXPECT_FALSE(connPrg.isOpen());
 }
 
-TEST_F(DataStoreTest, ATableHeldByAnotherWorkstationShowsMessage79) {
+// Message 1079 tells the dealer that another workstation uses Partdex: only a real lock says so.
+TEST_F(DataStoreTest, OnlyATableHeldByAnotherWorkstationShowsMessage79) {
     QProcess peer;
     peer.start(QStringLiteral(DBASE_PEER), {"lock-file", App().DataPath + "PRIXLIST.DBF"});
     ASSERT_TRUE(peer.waitForReadyRead(10000));
     ASSERT_EQ(peer.readLine().trimmed(), "ready");
-    {
-        ScriptedPrompter prompts;
-        prompts.expectMessage(LoadText(79));
-        EXPECT_FALSE(OpenData());
-    }
+    ScriptedPrompter prompts;
+    prompts.expectMessage(LoadText(79));
+    EXPECT_FALSE(OpenData());
     peer.closeWriteChannel();
     peer.waitForFinished();
-    CloseData();
-}
 
-TEST_F(DataStoreTest, OtherFailuresShowErrOpenDataAndTheDescription) {
     QFile::remove(App().PrgPath + "DEPART.DBF");
-    ScriptedPrompter prompts;
     prompts.expectMessage("errOpenData: The table DEPART is not in " +
                           QDir::toNativeSeparators(QDir(App().PrgPath).absolutePath() + "/") + ".");
     EXPECT_FALSE(OpenData());
+
+    ASSERT_TRUE(QDir(App().DataPath).removeRecursively());
+    prompts.expectMessageMatching("^errOpenData: .*" +
+                                  QRegularExpression::escape(App().DataPath.chopped(1)));
+    EXPECT_FALSE(OpenData()) << "a missing directory is named";
 }
 
-TEST_F(DataStoreTest, DirectoriesAreFoundInAnyCaseAndAMissingOneIsNamedNotTakenForALock) {
+TEST_F(DataStoreTest, DirectoriesAreFoundInAnyCase) {
     ScriptedPrompter prompts;
     ASSERT_TRUE(QDir(root.path()).rename("NVNV", "nvnv"));
     ASSERT_TRUE(QDir(root.path()).rename("PRG", "Prg"));
     EXPECT_TRUE(OpenData());
     EXPECT_EQ(rsDepart.recordCount(), 13);
-
-    ASSERT_TRUE(QDir(root.path() + "/nvnv").removeRecursively());
-    prompts.expectMessageMatching("^errOpenData: .*" +
-                                  QRegularExpression::escape(App().DataPath.chopped(1)));
-    EXPECT_FALSE(OpenData());
 }
 
 TEST_F(DataStoreTest, InstallationKindFromTheSecondRowOfParaprog) {
@@ -160,20 +155,15 @@ TEST_F(DataStoreTest, InstallationKindFromTheSecondRowOfParaprog) {
     EXPECT_EQ(MPDetectInstal(), "2") << "any case, among other words";
     writeParaprog({"TALLYRATE", "Mercantel"});
     EXPECT_EQ(MPDetectInstal(), "1") << "only the second row counts";
-    App().UpdateMode = true;
-    QFile::remove(App().DataPath + "PARAPROG.DBF");
-    EXPECT_EQ(MPDetectInstal(), "1") << "update mode reads nothing";
-}
-
-TEST_F(DataStoreTest, AOneRowParaprogShowsTheErrorBox) {
-    ScriptedPrompter prompts;
-    ASSERT_TRUE(OpenData());
     writeParaprog({"Tallyrate"});
     prompts.expectMessage("errMPDetectInstal: 3021 Either BOF or EOF is True, or the current "
                           "record has been deleted. Requested operation requires a current "
                           "record. " +
                           LoadText(34));
     EXPECT_EQ(MPDetectInstal(), "1");
+    App().UpdateMode = true;
+    QFile::remove(App().DataPath + "PARAPROG.DBF");
+    EXPECT_EQ(MPDetectInstal(), "1") << "update mode reads nothing";
 }
 
 TEST_F(DataStoreTest, BoundControlsShowTheCurrentRowAndWriteItsPendingValues) {
