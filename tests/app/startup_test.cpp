@@ -200,23 +200,22 @@ TEST(Startup, FailuresOfTheLaterStepsEndTheStart) {
         EXPECT_EQ(run.run(QString()), StartupOutcome::Ended);
         EXPECT_FALSE(run.calls.contains(QStringLiteral("showMainWindow")));
     }
-}
-
-TEST(Startup, AMissingServiceProgramGives1077) {
-    StartupRun run;
-    QFile::remove(run.install.programDir() + u'/' + run.install.serviceProgramName());
-    ScriptedPrompter prompts;
-    prompts.expectMessage(MessageCatalogue::text(1077));
-    EXPECT_EQ(run.run(QString()), StartupOutcome::Ended);
-    EXPECT_FALSE(run.calls.contains(QStringLiteral("showMainWindow")));
-}
-
-TEST(Startup, AServiceProgramThatCannotRunGives1078) {
-    StartupRun run;
-    run.install.write(run.install.dir(QStringLiteral("NVNV")) + run.install.serviceProgramName(),
-                      "not a program");
-    ScriptedPrompter prompts;
-    prompts.expectMessageMatching(QStringLiteral("^\\d+ .+"));
-    prompts.expectMessage(MessageCatalogue::text(1078));
-    EXPECT_EQ(run.run(QString()), StartupOutcome::Ended);
+    {
+        StartupRun run;
+        QFile::remove(run.install.programDir() + u'/' + run.install.serviceProgramName());
+        ScriptedPrompter prompts;
+        prompts.expectMessage(MessageCatalogue::text(1077));
+        EXPECT_EQ(run.run(QString()), StartupOutcome::Ended) << "no service program";
+    }
+    {
+        StartupRun run;
+        run.install.write(run.install.dir(QStringLiteral("NVNV")) +
+                              run.install.serviceProgramName(),
+                          "not a program");
+        ScriptedPrompter prompts;
+        prompts.expectMessageMatching(QStringLiteral("^\\d+ .+"));
+        prompts.expectMessage(MessageCatalogue::text(1078));
+        EXPECT_EQ(run.run(QString()), StartupOutcome::Ended) << "a service program that cannot run";
+        EXPECT_FALSE(run.calls.contains(QStringLiteral("showMainWindow")));
+    }
 }
