@@ -232,6 +232,7 @@ TEST_F(UpdateServerTest, TheCommandPrintsItsPortServesAndExitsByTheConvention) {
     bool ok = false;
     const quint16 port = quint16(program.readLine().trimmed().toUInt(&ok));
     ASSERT_TRUE(ok);
+    EXPECT_LT(port, 32768); // the program's Port setting is a 16-bit integer
     {
         ServerConversation c(port);
         EXPECT_EQ(c.next(), "OKOKO");

@@ -88,7 +88,7 @@ Parsed parse(const QCoreApplication& app) {
                                        QString::fromLatin1(value))
                   : QCommandLineOption(QString::fromLatin1(name), QString::fromLatin1(help)));
     };
-    option("port", "Port to listen on; 0 picks a free one (default 2001).", "PORT");
+    option("port", "Port to listen on; 0 picks a free one below 32768 (default 2001).", "PORT");
     option("versions", "Versions to answer instead of the VERSIONS file.", "P;L;M");
     option("quiet", "Log nothing on standard error.");
     option("silent-on-connect", "Never send OKOKO.");

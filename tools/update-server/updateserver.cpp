@@ -2,6 +2,7 @@
 
 #include "serversession.h"
 
+#include <QRandomGenerator>
 #include <QTcpSocket>
 
 UpdateServer::UpdateServer(ServerContent content, ServerFaults faults, QObject* parent)
@@ -9,8 +10,30 @@ UpdateServer::UpdateServer(ServerContent content, ServerFaults faults, QObject* 
     connect(&listener_, &QTcpServer::newConnection, this, &UpdateServer::acceptPending);
 }
 
+namespace {
+
+// The desktop program keeps its server port in a 16-bit signed setting: a free port is looked
+// for below 32768, where the system's own choice (its ephemeral range) seldom is.
+constexpr int LowestFreePort = 10000;
+constexpr int HighestFreePort = 32767;
+constexpr int FreePortTries = 200;
+
+bool listenOnFreePort(QTcpServer& listener) {
+    for (int i = 0; i < FreePortTries; ++i) {
+        const auto port =
+            quint16(QRandomGenerator::global()->bounded(LowestFreePort, HighestFreePort + 1));
+        if (listener.listen(QHostAddress::LocalHost, port))
+            return true;
+    }
+    return listener.listen(QHostAddress::LocalHost, 0);
+}
+
+} // namespace
+
 bool UpdateServer::start(quint16 port) {
-    if (!listener_.listen(QHostAddress::LocalHost, port)) {
+    const bool listening =
+        port == 0 ? listenOnFreePort(listener_) : listener_.listen(QHostAddress::LocalHost, port);
+    if (!listening) {
         error_ = listener_.errorString();
         return false;
     }

@@ -14,7 +14,8 @@ class UpdateServer : public QObject {
 public:
     UpdateServer(ServerContent content, ServerFaults faults, QObject* parent = nullptr);
 
-    // Listens on 127.0.0.1:port (0: any free port). With refuseConnections, the port is only
+    // Listens on 127.0.0.1:port (0: a free port below 32768, which the desktop program's
+    // 16-bit Port setting can hold). With refuseConnections, the port is only
     // reserved and then left closed, so that connecting to it is refused. False when the port
     // cannot be had; errorString() says why.
     bool start(quint16 port);
