@@ -239,8 +239,10 @@ TEST_F(UpdateServerTest, TheCommandPrintsItsPortServesAndExitsByTheConvention) {
         c.send("VERSI2004.3.2");
         EXPECT_EQ(c.next(), "VERSI1.0.0;2.0.0;3.0.0");
     }
-    program.kill();
-    program.waitForFinished();
+    program.terminate(); // a stop by signal is a normal end
+    ASSERT_TRUE(program.waitForFinished(10000));
+    EXPECT_EQ(program.exitStatus(), QProcess::NormalExit);
+    EXPECT_EQ(program.exitCode(), 0);
 
     const auto run = [](const QStringList& arguments) {
         QProcess p;

@@ -8,6 +8,12 @@
 #include <QDir>
 #include <cstdio>
 
+#ifdef Q_OS_UNIX
+#include <QSocketNotifier>
+#include <csignal>
+#include <unistd.h>
+#endif
+
 namespace {
 
 const char Description[] =
@@ -133,6 +139,29 @@ Parsed parse(const QCoreApplication& app) {
     return p;
 }
 
+#ifdef Q_OS_UNIX
+// A stop by signal (the demo script's kill, Ctrl+C) ends the event loop, so that the server
+// closes its sessions and exits with status 0. The handler only writes to a pipe; the event
+// loop does the rest.
+int stopPipe[2] = {-1, -1};
+
+void onStopSignal(int) {
+    const char byte = 1;
+    [[maybe_unused]] const auto written = ::write(stopPipe[1], &byte, 1);
+}
+
+void quitOnStopSignals(QCoreApplication& app) {
+    if (::pipe(stopPipe) != 0)
+        return;
+    auto* notifier = new QSocketNotifier(stopPipe[0], QSocketNotifier::Read, &app);
+    QObject::connect(notifier, &QSocketNotifier::activated, &app, &QCoreApplication::quit);
+    std::signal(SIGTERM, onStopSignal);
+    std::signal(SIGINT, onStopSignal);
+}
+#else
+void quitOnStopSignals(QCoreApplication&) {}
+#endif
+
 } // namespace
 
 int main(int argc, char** argv) {
@@ -153,6 +182,7 @@ int main(int argc, char** argv) {
                      qPrintable(server.errorString()));
         return 1;
     }
+    quitOnStopSignals(app);
     std::printf("%u\n", unsigned(server.port()));
     std::fflush(stdout);
     return app.exec();
