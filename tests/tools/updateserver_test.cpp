@@ -132,6 +132,32 @@ TEST_F(UpdateServerTest, AnswersErrorToWhatItCannotServeAndGoesOn) {
     fetch(*c, "LISTEBOS01", "LISTE", "ENVOILISTEBOS01", "LISTE42 looks like an announcement");
 }
 
+TEST_F(UpdateServerTest, ARequestDuringAFileIsAnsweredAfterItAndAClientErrorStopsTheFile) {
+    ServerFaults faults;
+    faults.chunkSize = 4096;
+    faults.chunkDelayMs = 5;
+    start(faults);
+    auto c = greeted();
+    c->send("LISTEACD00");
+    c->next();
+    c->send("ENVOILISTEACD00");
+    EXPECT_EQ(c->receive(4096), bigList.left(4096));
+    c->send("VERSI2004.3.2"); // a client that took the file for complete goes on
+    EXPECT_EQ(c->receive(bigList.size() - 4096, 20000), bigList.mid(4096));
+    EXPECT_EQ(c->next(), "VERSI5.3.0;3.9.0;2004.3.5");
+
+    c->send("LISTEACD00");
+    c->next();
+    c->send("ENVOILISTEACD00");
+    EXPECT_EQ(c->receive(4096), bigList.left(4096));
+    c->send("ERROR:53File not found");
+    const QByteArray rest = c->receive(bigList.size(), 500); // what was on its way
+    EXPECT_LT(rest.size(), bigList.size() - 4096);
+    EXPECT_TRUE(c->quietFor(100));
+    c->send("VERSI2004.3.2");
+    EXPECT_EQ(c->next(), "VERSI5.3.0;3.9.0;2004.3.5");
+}
+
 TEST_F(UpdateServerTest, ClosesOrFallsSilentAfterSoManyBytesOfTheNamedFile) {
     ServerFaults faults;
     faults.closeAfter = FileFault{1000, "LISTEACD00"};
