@@ -12,7 +12,16 @@ TEST_F(ServiceJobsTest, AListArchiveMakesTheListAtItsPositionUpToDate) {
     const ItemRow list = toUpdate("PRIXLIST");
     CreateArjArchive(prg() + "NVLISTE.ARJ", {member("LISTE.INF", manifest(list.fichier)),
                                              member(list.fichier + ".PRX", "prices\r\n")});
+    // The desktop program keeps the table open meanwhile, and sees the change at its requery.
+    Connection desktop;
+    desktop.open(data());
+    Recordset open;
+    open.open("SELECT FICHIER, CODEGRO, DATESTK FROM PRIXLIST", desktop, CursorType::Keyset,
+              LockType::Optimistic);
     EXPECT_EQ(run({"5", "2", QString::number(list.position)}), 0);
+    open.requery();
+    open.setAbsolutePosition(list.position);
+    EXPECT_EQ(open.value("DATESTK"), list.dateEff);
 
     QList<ItemRow> after = rows("PRIXLIST");
     EXPECT_EQ(after[list.position - 1].dateStk, list.dateEff);
