@@ -8,7 +8,7 @@
 #include <ostream>
 
 // Texts in failure messages as text rather than bytes.
-void PrintTo(const QString& text, std::ostream* out) {
+static void PrintTo(const QString& text, std::ostream* out) {
     *out << '"' << text.toStdString() << '"';
 }
 
