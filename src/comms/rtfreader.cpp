@@ -1,7 +1,8 @@
 #include "comms/rtfreader.h"
 
+#include "comms/rtfwords.h"
+
 #include <QColor>
-#include <QHash>
 #include <QList>
 #include <QStringDecoder>
 #include <QTextBlockFormat>
@@ -61,232 +62,6 @@ struct FontEntry {
     QString name;
     int codePage = 0; // 0: the document's code page
 };
-
-enum class Word {
-    Par,
-    Line,
-    Tab,
-    Cell,
-    Emdash,
-    Endash,
-    Emspace,
-    Enspace,
-    Bullet,
-    Lquote,
-    Rquote,
-    Ldblquote,
-    Rdblquote,
-    Bold,
-    Italic,
-    Underline,
-    UnderlineNone,
-    Strike,
-    FontSize,
-    Color,
-    Highlight,
-    Font,
-    Plain,
-    Pard,
-    AlignLeft,
-    AlignRight,
-    AlignCenter,
-    AlignJustify,
-    LeftIndent,
-    RightIndent,
-    FirstIndent,
-    SpaceBefore,
-    SpaceAfter,
-    UnicodeFallback,
-    Unicode,
-    AnsiCodePage,
-    Ansi,
-    Mac,
-    Pc,
-    Pca,
-    DefaultFont,
-    Charset,
-    Red,
-    Green,
-    Blue,
-    FontTable,
-    ColorTable,
-    Skipped
-};
-
-const QHash<QStringView, Word>& Words() {
-    static const QHash<QStringView, Word> words = {
-        {u"par", Word::Par},
-        {u"sect", Word::Par},
-        {u"page", Word::Par},
-        {u"row", Word::Par},
-        {u"line", Word::Line},
-        {u"tab", Word::Tab},
-        {u"cell", Word::Cell},
-        {u"nestcell", Word::Cell},
-        {u"emdash", Word::Emdash},
-        {u"endash", Word::Endash},
-        {u"emspace", Word::Emspace},
-        {u"enspace", Word::Enspace},
-        {u"bullet", Word::Bullet},
-        {u"lquote", Word::Lquote},
-        {u"rquote", Word::Rquote},
-        {u"ldblquote", Word::Ldblquote},
-        {u"rdblquote", Word::Rdblquote},
-        {u"b", Word::Bold},
-        {u"i", Word::Italic},
-        {u"ul", Word::Underline},
-        {u"uld", Word::Underline},
-        {u"uldb", Word::Underline},
-        {u"uldash", Word::Underline},
-        {u"ulth", Word::Underline},
-        {u"ulw", Word::Underline},
-        {u"ulwave", Word::Underline},
-        {u"ulnone", Word::UnderlineNone},
-        {u"strike", Word::Strike},
-        {u"fs", Word::FontSize},
-        {u"cf", Word::Color},
-        {u"cb", Word::Highlight},
-        {u"highlight", Word::Highlight},
-        {u"f", Word::Font},
-        {u"plain", Word::Plain},
-        {u"pard", Word::Pard},
-        {u"ql", Word::AlignLeft},
-        {u"qr", Word::AlignRight},
-        {u"qc", Word::AlignCenter},
-        {u"qj", Word::AlignJustify},
-        {u"li", Word::LeftIndent},
-        {u"ri", Word::RightIndent},
-        {u"fi", Word::FirstIndent},
-        {u"sb", Word::SpaceBefore},
-        {u"sa", Word::SpaceAfter},
-        {u"uc", Word::UnicodeFallback},
-        {u"u", Word::Unicode},
-        {u"ansicpg", Word::AnsiCodePage},
-        {u"ansi", Word::Ansi},
-        {u"mac", Word::Mac},
-        {u"pc", Word::Pc},
-        {u"pca", Word::Pca},
-        {u"deff", Word::DefaultFont},
-        {u"fcharset", Word::Charset},
-        {u"red", Word::Red},
-        {u"green", Word::Green},
-        {u"blue", Word::Blue},
-        {u"fonttbl", Word::FontTable},
-        {u"colortbl", Word::ColorTable},
-        // Destinations whose text is not part of the newsletter.
-        {u"stylesheet", Word::Skipped},
-        {u"info", Word::Skipped},
-        {u"pict", Word::Skipped},
-        {u"object", Word::Skipped},
-        {u"objdata", Word::Skipped},
-        {u"header", Word::Skipped},
-        {u"headerl", Word::Skipped},
-        {u"headerr", Word::Skipped},
-        {u"headerf", Word::Skipped},
-        {u"footer", Word::Skipped},
-        {u"footerl", Word::Skipped},
-        {u"footerr", Word::Skipped},
-        {u"footerf", Word::Skipped},
-        {u"footnote", Word::Skipped},
-        {u"listtable", Word::Skipped},
-        {u"listoverridetable", Word::Skipped},
-        {u"revtbl", Word::Skipped},
-        {u"filetbl", Word::Skipped},
-        {u"rsidtbl", Word::Skipped},
-        {u"xmlnstbl", Word::Skipped},
-        {u"generator", Word::Skipped},
-        {u"themedata", Word::Skipped},
-        {u"colorschememapping", Word::Skipped},
-        {u"datastore", Word::Skipped},
-        {u"latentstyles", Word::Skipped},
-        {u"pn", Word::Skipped},
-        {u"fldinst", Word::Skipped},
-        {u"bkmkstart", Word::Skipped},
-        {u"bkmkend", Word::Skipped},
-        {u"annotation", Word::Skipped}};
-    return words;
-}
-
-// The converter names of the code pages the suppliers' word processors write; any other code
-// page is read as Windows-1252.
-const char* CodePageName(int codePage) {
-    switch (codePage) {
-    case 437:
-        return "IBM437";
-    case 850:
-        return "IBM850";
-    case 874:
-        return "windows-874";
-    case 932:
-        return "Shift_JIS";
-    case 936:
-        return "GBK";
-    case 949:
-        return "windows-949";
-    case 950:
-        return "Big5";
-    case 1250:
-        return "windows-1250";
-    case 1252:
-        return "windows-1252";
-    case 1251:
-        return "windows-1251";
-    case 1253:
-        return "windows-1253";
-    case 1254:
-        return "windows-1254";
-    case 1255:
-        return "windows-1255";
-    case 1256:
-        return "windows-1256";
-    case 1257:
-        return "windows-1257";
-    case 1258:
-        return "windows-1258";
-    case 10000:
-        return "macintosh";
-    default:
-        return nullptr;
-    }
-}
-
-// The code page of a font's \fcharset; 0 for the document's own.
-int CharsetCodePage(int charset) {
-    switch (charset) {
-    case 77:
-        return 10000;
-    case 128:
-        return 932;
-    case 129:
-        return 949;
-    case 134:
-        return 936;
-    case 136:
-        return 950;
-    case 161:
-        return 1253;
-    case 162:
-        return 1254;
-    case 163:
-        return 1258;
-    case 177:
-        return 1255;
-    case 178:
-        return 1256;
-    case 186:
-        return 1257;
-    case 204:
-        return 1251;
-    case 222:
-        return 874;
-    case 238:
-        return 1250;
-    case 255:
-        return 437;
-    default:
-        return 0;
-    }
-}
 
 bool IsAsciiLetter(QChar c) {
     return (c >= u'a' && c <= u'z') || (c >= u'A' && c <= u'Z');
@@ -425,9 +200,10 @@ private:
         }
         if (takeSkipped())
             return;
-        const auto found = Words().constFind(word);
-        if (found != Words().constEnd())
-            controlWord(*found, hasParam, param);
+        if (const QChar shown = WordCharacter(word); !shown.isNull())
+            put(shown);
+        else
+            controlWord(LookUpRtfWord(word), hasParam, param);
     }
 
     void readHexByte() {
@@ -476,180 +252,150 @@ private:
     }
 
     void controlSymbol(QChar c) {
-        switch (c.unicode()) {
-        case u'\\':
-        case u'{':
-        case u'}':
-            put(c);
-            break;
-        case u'~':
-            put(QChar(0x00A0));
-            break;
-        case u'_':
-            put(QChar(0x2011));
-            break;
-        case u'-':
-            put(QChar(0x00AD));
-            break;
-        case u'*':
+        if (c == u'*')
             skipDestination();
-            break;
-        case u'\r':
-        case u'\n':
+        else if (c == u'\r' || c == u'\n')
             endParagraph();
-            break;
-        default:
-            break;
-        }
+        else if (const QChar shown = SymbolCharacter(c); !shown.isNull())
+            put(shown);
     }
 
-    void controlWord(Word word, bool hasParam, int param) {
-        const bool on = !hasParam || param != 0;
+    void controlWord(RtfWord word, bool hasParam, int param) {
+        if (!characterWord(word, !hasParam || param != 0, param) && !paragraphWord(word, param))
+            documentWord(word, param);
+    }
+
+    // Character formats; `on` is false for "\b0" and the like.
+    bool characterWord(RtfWord word, bool on, int param) {
         CharProps& chars = state_.chars;
-        ParagraphProps& paragraph = state_.paragraph;
         switch (word) {
-        case Word::Par:
-            endParagraph();
-            break;
-        case Word::Line:
-            put(QChar::LineSeparator);
-            break;
-        case Word::Tab:
-        case Word::Cell:
-            put(u'\t');
-            break;
-        case Word::Emdash:
-            put(QChar(0x2014));
-            break;
-        case Word::Endash:
-            put(QChar(0x2013));
-            break;
-        case Word::Emspace:
-            put(QChar(0x2003));
-            break;
-        case Word::Enspace:
-            put(QChar(0x2002));
-            break;
-        case Word::Bullet:
-            put(QChar(0x2022));
-            break;
-        case Word::Lquote:
-            put(QChar(0x2018));
-            break;
-        case Word::Rquote:
-            put(QChar(0x2019));
-            break;
-        case Word::Ldblquote:
-            put(QChar(0x201C));
-            break;
-        case Word::Rdblquote:
-            put(QChar(0x201D));
-            break;
-        case Word::Bold:
+        case RtfWord::Bold:
             chars.bold = on;
             break;
-        case Word::Italic:
+        case RtfWord::Italic:
             chars.italic = on;
             break;
-        case Word::Underline:
+        case RtfWord::Underline:
             chars.underline = on;
             break;
-        case Word::UnderlineNone:
+        case RtfWord::UnderlineNone:
             chars.underline = false;
             break;
-        case Word::Strike:
+        case RtfWord::Strike:
             chars.strikeOut = on;
             break;
-        case Word::FontSize:
-            if (param > 0)
-                chars.halfPoints = param;
+        case RtfWord::FontSize:
+            chars.halfPoints = param > 0 ? param : chars.halfPoints;
             break;
-        case Word::Color:
+        case RtfWord::Color:
             chars.color = param;
             break;
-        case Word::Highlight:
+        case RtfWord::Highlight:
             chars.highlight = param;
             break;
-        case Word::Font:
+        case RtfWord::Font:
             font(param);
             break;
-        case Word::Plain:
+        case RtfWord::Plain:
             chars = CharProps();
             break;
-        case Word::Pard:
+        default:
+            return false;
+        }
+        return true;
+    }
+
+    bool paragraphWord(RtfWord word, int param) {
+        ParagraphProps& paragraph = state_.paragraph;
+        switch (word) {
+        case RtfWord::Par:
+            endParagraph();
+            break;
+        case RtfWord::Pard:
             paragraph = ParagraphProps();
             break;
-        case Word::AlignLeft:
+        case RtfWord::AlignLeft:
             paragraph.alignment = Qt::AlignLeft;
             break;
-        case Word::AlignRight:
+        case RtfWord::AlignRight:
             paragraph.alignment = Qt::AlignRight;
             break;
-        case Word::AlignCenter:
+        case RtfWord::AlignCenter:
             paragraph.alignment = Qt::AlignHCenter;
             break;
-        case Word::AlignJustify:
+        case RtfWord::AlignJustify:
             paragraph.alignment = Qt::AlignJustify;
             break;
-        case Word::LeftIndent:
+        case RtfWord::LeftIndent:
             paragraph.leftTwips = Twips(param);
             break;
-        case Word::RightIndent:
+        case RtfWord::RightIndent:
             paragraph.rightTwips = Twips(param);
             break;
-        case Word::FirstIndent:
+        case RtfWord::FirstIndent:
             paragraph.firstLineTwips = Twips(param);
             break;
-        case Word::SpaceBefore:
+        case RtfWord::SpaceBefore:
             paragraph.beforeTwips = Twips(param);
             break;
-        case Word::SpaceAfter:
+        case RtfWord::SpaceAfter:
             paragraph.afterTwips = Twips(param);
             break;
-        case Word::UnicodeFallback:
+        default:
+            return false;
+        }
+        return true;
+    }
+
+    // Unicode characters, code pages, the tables and the destinations.
+    void documentWord(RtfWord word, int param) {
+        switch (word) {
+        case RtfWord::UnicodeFallback:
             state_.unicodeFallback = std::clamp(param, 0, 16);
             break;
-        case Word::Unicode:
+        case RtfWord::Unicode:
             unicode(param);
             break;
-        case Word::AnsiCodePage:
+        case RtfWord::AnsiCodePage:
             codePage_ = CodePageName(param) ? param : DefaultCodePage;
             break;
-        case Word::Ansi:
+        case RtfWord::Ansi:
             codePage_ = DefaultCodePage;
             break;
-        case Word::Mac:
+        case RtfWord::Mac:
             codePage_ = 10000;
             break;
-        case Word::Pc:
+        case RtfWord::Pc:
             codePage_ = 437;
             break;
-        case Word::Pca:
+        case RtfWord::Pca:
             codePage_ = 850;
             break;
-        case Word::DefaultFont:
+        case RtfWord::DefaultFont:
             defaultFont_ = param;
             break;
-        case Word::Charset:
+        case RtfWord::Charset:
             fontEntry_.codePage = CharsetCodePage(param);
             break;
-        case Word::Red:
+        case RtfWord::Red:
             colorPart(red_, param);
             break;
-        case Word::Green:
+        case RtfWord::Green:
             colorPart(green_, param);
             break;
-        case Word::Blue:
+        case RtfWord::Blue:
             colorPart(blue_, param);
             break;
-        case Word::FontTable:
+        case RtfWord::FontTable:
             enterDestination(Destination::FontTable);
             break;
-        case Word::ColorTable:
+        case RtfWord::ColorTable:
             enterDestination(Destination::ColorTable);
             break;
-        case Word::Skipped:
+        case RtfWord::Skipped:
             skipDestination();
+            break;
+        default:
             break;
         }
     }
@@ -819,7 +565,7 @@ private:
 
     GroupState state_;
     std::vector<GroupState> stack_;
-    int droppedDepth_ = 0;
+    qsizetype droppedDepth_ = 0;
     int fallbackLeft_ = 0;
     QByteArray bytes_;
 
