@@ -4,20 +4,14 @@
 #include "mainwindow/programwiring.h"
 
 #include <QApplication>
-#include <QProcess>
 
 int main(int argc, char** argv) {
     QApplication application(argc, argv);
     QApplication::setOrganizationName(QStringLiteral("Norvale Systems"));
 
     MDIfrmMain* frame = nullptr;
-    const StartupHooks hooks = ProgramStartupHooks(frame);
-    const StartupEnvironment environment{QCoreApplication::applicationDirPath(), CRegSettings(),
-                                         [](const QString& program, const QString& dir) {
-                                             return QProcess::startDetached(program, {}, dir);
-                                         }};
-    const QStringList words = QCoreApplication::arguments().mid(1);
-    if (Main(words.join(u' '), hooks, environment) == StartupOutcome::Ended)
+    if (StartProgram(QCoreApplication::arguments().mid(1), SystemEnvironment(), frame) ==
+        StartupOutcome::Ended)
         return 0;
     return QApplication::exec();
 }

@@ -2,9 +2,14 @@
 
 #include "app/appstate.h"
 
+#include <QCoreApplication>
 #include <QFile>
 #include <QHash>
+#include <QLibraryInfo>
+#include <QLocale>
+#include <QPointer>
 #include <QTextStream>
+#include <QTranslator>
 #include <stdexcept>
 
 namespace {
@@ -56,4 +61,18 @@ QString LoadText(int k) {
     const int id = App().Settings.Nation + k;
     // A language base other than the two catalogues falls back on French rather than failing.
     return MessageCatalogue::text(MessageCatalogue::contains(id) ? id : 1000 + k);
+}
+
+void LoadQtTranslations() {
+    static QPointer<QTranslator> installed;
+    delete installed; // a translator leaves the application as it goes
+    const QLocale language(App().Settings.Nation == 2000 ? QLocale::English : QLocale::French);
+    auto* translator = new QTranslator(QCoreApplication::instance());
+    if (translator->load(language, QStringLiteral("qtbase"), QStringLiteral("_"),
+                         QLibraryInfo::path(QLibraryInfo::TranslationsPath))) {
+        QCoreApplication::installTranslator(translator);
+        installed = translator;
+    } else {
+        delete translator; // Qt's own texts are English already
+    }
 }

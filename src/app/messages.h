@@ -13,3 +13,7 @@ public:
 
 // Text of message k (0..145) in the current language: resource Nation + k.
 QString LoadText(int k);
+
+// Puts Qt's own buttons and dialogs ("Oui", "Non", "Annuler"...) in the language of Nation.
+// Called at start-up, and again whenever the language changes.
+void LoadQtTranslations();

@@ -3,7 +3,10 @@
 #include "app/utilities.h"
 
 #include <QDir>
+#include <array>
 #include <cmath>
+#include <type_traits>
+#include <variant>
 
 QString DefaultDrive() {
 #ifdef Q_OS_WIN
@@ -32,55 +35,106 @@ qint16 toInt16(const QString& text) {
     return static_cast<qint16>(rounded);
 }
 
+// Fractions may have been written under a locale with a decimal comma.
 float toFraction(const QString& text) {
     bool ok = false;
     const float value = DotDecimal(text).trimmed().toFloat(&ok);
     return ok && std::isfinite(value) ? value : 0.0f;
 }
 
-QString fractionText(double value) {
-    return DotDecimal(QString::number(float(value), 'g', 7));
+template <typename T> T fromText(const QString& text) {
+    if constexpr (std::is_same_v<T, qint16>)
+        return toInt16(text);
+    else if constexpr (std::is_same_v<T, float>)
+        return toFraction(text);
+    else
+        return text;
+}
+
+QString toText(const QString& value) {
+    return value;
+}
+QString toText(qint16 value) {
+    return QString::number(value);
+}
+QString toText(float value) {
+    return DotDecimal(QString::number(value, 'g', 7));
+}
+
+template <typename T> bool isUnset(const T& value) {
+    if constexpr (std::is_same_v<T, QString>)
+        return value.isEmpty();
+    else
+        return value == 0;
+}
+
+enum class DefaultWhen { Never, Unset, Below };
+
+struct StoredSetting {
+    QString name;
+    std::variant<QString AppSettings::*, qint16 AppSettings::*, float AppSettings::*> field;
+    QString defaultText; // read as a stored value would be
+    DefaultWhen when = DefaultWhen::Never;
+};
+
+// The values of the settings key, in the order they are written.
+const std::array<StoredSetting, 9>& storedSettings() {
+    static const std::array<StoredSetting, 9> table = {{
+        {QStringLiteral("Nation"), &AppSettings::Nation, QStringLiteral("1000"),
+         DefaultWhen::Below},
+        {QStringLiteral("Drive"), &AppSettings::Drive, DefaultDrive(), DefaultWhen::Unset},
+        {QStringLiteral("Selection"), &AppSettings::Selection, {}, DefaultWhen::Never},
+        {QStringLiteral("Format"), &AppSettings::Format, {}, DefaultWhen::Never},
+        {QStringLiteral("Width"), &AppSettings::Width, QStringLiteral("0.56"), DefaultWhen::Unset},
+        {QStringLiteral("Height"), &AppSettings::Height, QStringLiteral("0.37"),
+         DefaultWhen::Unset},
+        {QStringLiteral("Instal"), &AppSettings::Instal, {}, DefaultWhen::Never},
+        {QStringLiteral("IP"), &AppSettings::IP, DefaultServerHost(), DefaultWhen::Unset},
+        {QStringLiteral("Port"), &AppSettings::Port, QStringLiteral("2001"), DefaultWhen::Unset},
+    }};
+    return table;
+}
+
+void assign(AppSettings& settings, const StoredSetting& setting, const QString& text) {
+    std::visit(
+        [&](auto member) {
+            using T = std::remove_reference_t<decltype(settings.*member)>;
+            settings.*member = fromText<T>(text);
+        },
+        setting.field);
+}
+
+QString textOf(const AppSettings& settings, const StoredSetting& setting) {
+    return std::visit([&](auto member) { return toText(settings.*member); }, setting.field);
+}
+
+void applyDefault(AppSettings& settings, const StoredSetting& setting) {
+    std::visit(
+        [&](auto member) {
+            using T = std::remove_reference_t<decltype(settings.*member)>;
+            const T fallback = fromText<T>(setting.defaultText);
+            const T& value = settings.*member;
+            if ((setting.when == DefaultWhen::Unset && isUnset(value)) ||
+                (setting.when == DefaultWhen::Below && value < fallback))
+                settings.*member = fallback;
+        },
+        setting.field);
 }
 
 } // namespace
 
 void AssignStoredSettings(AppSettings& settings, const QList<RegValue>& values) {
     for (const RegValue& value : values) {
-        const QString& name = value.name;
-        if (name == u"Drive")
-            settings.Drive = value.data;
-        else if (name == u"Format")
-            settings.Format = toInt16(value.data);
-        else if (name == u"Height")
-            settings.Height = toFraction(value.data);
-        else if (name == u"Instal")
-            settings.Instal = toInt16(value.data);
-        else if (name == u"IP")
-            settings.IP = value.data;
-        else if (name == u"Nation")
-            settings.Nation = toInt16(value.data);
-        else if (name == u"Selection")
-            settings.Selection = toInt16(value.data);
-        else if (name == u"Width")
-            settings.Width = toFraction(value.data);
-        else if (name == u"Port")
-            settings.Port = toInt16(value.data);
+        for (const StoredSetting& setting : storedSettings()) {
+            if (value.name == setting.name)
+                assign(settings, setting, value.data);
+        }
     }
 }
 
 void ApplySettingDefaults(AppSettings& settings) {
-    if (settings.Drive.isEmpty())
-        settings.Drive = DefaultDrive();
-    if (settings.Height == 0)
-        settings.Height = 0.37f;
-    if (settings.IP.isEmpty())
-        settings.IP = DefaultServerHost();
-    if (settings.Nation < 1000)
-        settings.Nation = 1000;
-    if (settings.Width == 0)
-        settings.Width = 0.56f;
-    if (settings.Port == 0)
-        settings.Port = 2001;
+    for (const StoredSetting& setting : storedSettings())
+        applyDefault(settings, setting);
 }
 
 QString DriveOfDataPath(const QString& dataPath) {
@@ -95,22 +149,15 @@ QString DriveOfDataPath(const QString& dataPath) {
 
 void SaveSettings(const CRegSettings& store, const AppState& state,
                   const std::optional<PaneLayout>& layout) {
-    const AppSettings& s = state.Settings;
-    const QString& key = state.RegistryKeyPath;
-    store.SetValue(key, QStringLiteral("Nation"), QString::number(s.Nation));
-    store.SetValue(key, QStringLiteral("Drive"), DriveOfDataPath(state.DataPath));
-    store.SetValue(key, QStringLiteral("Selection"), QString::number(s.Selection));
-    store.SetValue(key, QStringLiteral("Format"), QString::number(s.Format));
-    if (s.Format == 1 && layout && layout->innerWidth > 0 && layout->innerHeight > 0) {
-        store.SetValue(key, QStringLiteral("Width"),
-                       fractionText((layout->firstPaneWidth + 40) / layout->innerWidth));
-        store.SetValue(key, QStringLiteral("Height"),
-                       fractionText((layout->thirdPaneTop - 40) / layout->innerHeight));
-    } else {
-        store.SetValue(key, QStringLiteral("Width"), fractionText(s.Width));
-        store.SetValue(key, QStringLiteral("Height"), fractionText(s.Height));
+    AppSettings saved = state.Settings;
+    // A working directory changed in the options dialog becomes the drive of the next start.
+    saved.Drive = DriveOfDataPath(state.DataPath);
+    const std::optional<LayoutFractions> fractions =
+        saved.Format == 1 && layout ? FractionsOf(*layout) : std::nullopt;
+    if (fractions) {
+        saved.Width = float(fractions->width);
+        saved.Height = float(fractions->height);
     }
-    store.SetValue(key, QStringLiteral("Instal"), QString::number(s.Instal));
-    store.SetValue(key, QStringLiteral("IP"), s.IP);
-    store.SetValue(key, QStringLiteral("Port"), QString::number(s.Port));
+    for (const StoredSetting& setting : storedSettings())
+        store.SetValue(state.RegistryKeyPath, setting.name, textOf(saved, setting));
 }

@@ -11,7 +11,9 @@
 #include "app/serviceprogram.h"
 #include "app/settings.h"
 
+#include <QCoreApplication>
 #include <QDir>
+#include <QProcess>
 #include <QTime>
 #include <cstdlib>
 #include <memory>
@@ -103,11 +105,24 @@ bool openDataStore(const StartupHooks& hooks) {
 
 } // namespace
 
+StartupEnvironment SystemEnvironment() {
+    return {QCoreApplication::applicationDirPath(), CRegSettings(),
+            [](const QString& program, const QString& dir) {
+                return QProcess::startDetached(program, {}, dir);
+            }};
+}
+
 QString InstallDir(const QString& drive, const QString& name) {
     QString base = drive;
     while (base.size() > 1 && (base.endsWith(u'/') || base.endsWith(u'\\')))
         base.chop(1);
-    return base + Separator + name + Separator;
+    const QString dir = base + Separator + name;
+    if (!QDir::isRelativePath(dir))
+        return dir + Separator;
+    // A drive typed as a relative path names the same place once the current directory has
+    // moved to the launcher's.
+    return QDir::toNativeSeparators(QDir::cleanPath(QDir::current().absoluteFilePath(dir))) +
+           Separator;
 }
 
 StartupOutcome Main(const QString& commandLine, const StartupHooks& hooks,
@@ -118,6 +133,7 @@ StartupOutcome Main(const QString& commandLine, const StartupHooks& hooks,
         return StartupOutcome::Ended;
 
     readSettings(env);
+    LoadQtTranslations();
     auto splash = std::make_unique<frmSplash>();
     splash->show();
     splash->repaint();

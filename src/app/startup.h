@@ -24,12 +24,16 @@ struct StartupEnvironment {
     std::function<bool(const QString& program, const QString& workingDir)> startProgram;
 };
 
+// The environment of a real run: the program's directory, the machine's settings store, and
+// programs started on their own.
+StartupEnvironment SystemEnvironment();
+
 enum class StartupOutcome {
     MainWindowShown, // the program lives on in its windows' events
     Ended,           // nothing (more) to show: the process ends
 };
 
-// The directory `name` of the installation on `drive`, ending with the separator.
+// The directory `name` of the installation on `drive`, absolute and ending with the separator.
 QString InstallDir(const QString& drive, const QString& name);
 
 // The program's entry routine: from the command line to the main window.

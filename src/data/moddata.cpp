@@ -1,6 +1,7 @@
 #include "data/moddata.h"
 
 #include "app/appstate.h"
+#include "app/installpath.h"
 #include "app/messages.h"
 #include "app/prompts.h"
 #include "dbase/dberror.h"
@@ -27,9 +28,27 @@ void openSorted(Recordset& rs, const char* source, Connection& connection) {
     rs.open(QString::fromLatin1(source), connection);
 }
 
+// The directory as the disk names it: an installation copied from Windows may hold "nvnv".
 void openConnection(Connection& connection, const QString& directory) {
     connection.setCursorLocation(CursorLocation::Client);
-    connection.open(ConnectionString(directory));
+    connection.open(ConnectionString(ResolveInstallPath(directory)));
+}
+
+void openConnections() {
+    openConnection(connData, App().DataPath);
+    openConnection(connPrg, App().PrgPath);
+}
+
+void openSharedRecordsets() {
+    openSorted(rsPrixList, "SELECT * FROM PRIXLIST ORDER BY [DESC]", connData);
+    openShared(rsPrixCodes, "SELECT FICHIER, CODEGRO FROM PRIXLIST", connData);
+    openSorted(rsCataList, "SELECT * FROM CATALIST ORDER BY [DESC]", connData);
+    openShared(rsCataFiles, "SELECT FICHIER FROM CATALIST", connData);
+    openShared(rsDepart, "SELECT TOP 13 * FROM DEPART", connPrg);
+}
+
+void showOpenDataError(const DbError& error) {
+    MsgBox(QStringLiteral("errOpenData: ") + error.description());
 }
 
 } // namespace
@@ -42,19 +61,20 @@ QString ConnectionString(const QString& directory) {
 bool OpenData() {
     try {
         CloseData(); // whatever an earlier opening left open
-        openConnection(connData, App().DataPath);
-        openConnection(connPrg, App().PrgPath);
-        openSorted(rsPrixList, "SELECT * FROM PRIXLIST ORDER BY [DESC]", connData);
-        openShared(rsPrixCodes, "SELECT FICHIER, CODEGRO FROM PRIXLIST", connData);
-        openSorted(rsCataList, "SELECT * FROM CATALIST ORDER BY [DESC]", connData);
-        openShared(rsCataFiles, "SELECT FICHIER FROM CATALIST", connData);
-        openShared(rsDepart, "SELECT TOP 13 * FROM DEPART", connPrg);
+        openConnections();
+    } catch (const DbError& e) {
+        // A directory that is missing is no lock: its description names it.
+        showOpenDataError(e);
+        return false;
+    }
+    try {
+        openSharedRecordsets();
         return true;
     } catch (const DbError& e) {
         if (e.number() == DbErrors::Fail)
             MsgBox(LoadText(79));
         else
-            MsgBox(QStringLiteral("errOpenData: ") + e.description());
+            showOpenDataError(e);
         return false;
     }
 }

@@ -21,9 +21,9 @@ extern Recordset rsDepart;    // "SELECT TOP 13 * FROM DEPART"
 QString ConnectionString(const QString& directory);
 
 // Opens both connections and the five recordsets in their order (closing first whatever an
-// earlier call left open). On failure shows message
-// 1079 when a table is held by another workstation (0x80004005), else "errOpenData: " and the
-// description, and returns false: start-up then ends the program.
+// earlier call left open). On failure shows message 1079 when a table is held by another
+// workstation (0x80004005), else "errOpenData: " and the description (which names a missing
+// directory), and returns false: start-up then ends the program.
 bool OpenData();
 
 // The installation kind, "2" when the second row of PARAPROG names the English product,

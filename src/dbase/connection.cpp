@@ -19,7 +19,10 @@ QString directoryOf(const QString& connectionString) {
 
 } // namespace
 
-Connection::Connection() : state_(std::make_shared<ConnectionState>()) {}
+Connection::Connection(TableFile::OutputWrapper output)
+    : state_(std::make_shared<ConnectionState>()) {
+    state_->output = std::move(output);
+}
 
 Connection::~Connection() {
     state_->open = false;
@@ -43,11 +46,12 @@ void Connection::open(const QString& connectionString) {
                                                      "the path name is spelled correctly.")
                                           .arg(QDir::toNativeSeparators(dir)));
     // A fresh state: recordsets of an earlier opening keep seeing theirs closed.
-    const CursorLocation location = state_->location;
-    state_ = std::make_shared<ConnectionState>();
-    state_->directory = QDir(dir).absolutePath() + QLatin1Char('/');
-    state_->open = true;
-    state_->location = location;
+    auto fresh = std::make_shared<ConnectionState>();
+    fresh->directory = QDir(dir).absolutePath() + QLatin1Char('/');
+    fresh->open = true;
+    fresh->location = state_->location;
+    fresh->output = state_->output;
+    state_ = std::move(fresh);
 }
 
 void Connection::close() {

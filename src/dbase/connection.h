@@ -1,18 +1,18 @@
 #pragma once
 
+#include "dbase/connectionstate.h"
+
 #include <QString>
 #include <memory>
-
-enum class CursorLocation { Server, Client };
-
-struct ConnectionState;
 
 // A connection on one directory of dBASE tables, as the program opened one on the data
 // directory and one on the launcher directory. Tables are named with or without ".DBF", in any
 // case, and found on disk without regard to case.
 class Connection {
 public:
-    Connection();
+    // The tables that statements rewrite are written through `output` when one is given: a
+    // test hands a device that fails part way to play a full disk.
+    explicit Connection(TableFile::OutputWrapper output = {});
     ~Connection();
     Connection(const Connection&) = delete;
     Connection& operator=(const Connection&) = delete;

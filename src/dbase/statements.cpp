@@ -70,7 +70,7 @@ qint64 selectInto(SelectStatement& s, const ConnectionState& c) {
             records.append(rec + t.header.offsets[col], t.header.fields[col].length);
     }
     const QString target = c.newTablePath(s.into);
-    TableFile::replace(target, displayName(s.into), h, records, quint32(r.recnos.size()));
+    TableFile::replace(target, displayName(s.into), h, records, quint32(r.recnos.size()), c.output);
     if (h.hasMemo())
         copyMemoFile(t.path, target, displayName(s.into));
     return qint64(r.recnos.size());
@@ -116,7 +116,7 @@ qint64 insertInto(InsertStatement& s, const ConnectionState& c) {
         records.append(rec);
     }
     const quint32 count = target.header.recordCount + quint32(r.recnos.size());
-    TableFile::replace(path, target.name, target.header, records, count);
+    TableFile::replace(path, target.name, target.header, records, count, c.output);
     return qint64(r.recnos.size());
 }
 
@@ -132,7 +132,7 @@ qint64 createTable(const CreateStatement& s, const ConnectionState& c) {
                               QStringLiteral("Field '%1' is defined twice.").arg(s.fields[i].name));
     }
     const TableHeader h = Dbf::makeHeader(s.fields, AnsiDriver);
-    TableFile::replace(c.newTablePath(s.table), displayName(s.table), h, {}, 0);
+    TableFile::replace(c.newTablePath(s.table), displayName(s.table), h, {}, 0, c.output);
     return 0;
 }
 
@@ -153,7 +153,7 @@ qint64 alterTable(const AlterStatement& s, const ConnectionState& c) {
         records.append(t.record(recno), t.header.recordLength);
         records.append(blanks);
     }
-    TableFile::replace(path, t.name, h, records, t.header.recordCount);
+    TableFile::replace(path, t.name, h, records, t.header.recordCount, c.output);
     return 0;
 }
 

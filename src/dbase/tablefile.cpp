@@ -12,8 +12,6 @@
 
 namespace {
 
-qint64 nextReplaceLimit = -1;
-
 [[noreturn]] void fail(qint64 number, const QString& text) {
     throw DbError(number, text);
 }
@@ -85,34 +83,6 @@ bool lockRecordPatiently(QFile& file, quint32 recno) {
 QByteArray todayBytes() {
     return Dbf::dateAndCount(QDate::currentDate(), 0).left(3);
 }
-
-// Forwards to another device and fails after a number of bytes: the tests prove with it that
-// a failed rewrite leaves the old table whole.
-class LimitedDevice final : public QIODevice {
-public:
-    LimitedDevice(QIODevice& target, qint64 limit) : target_(target), limit_(limit) {
-        QIODevice::open(QIODevice::WriteOnly);
-    }
-
-protected:
-    qint64 readData(char*, qint64) override { return -1; }
-    qint64 writeData(const char* data, qint64 size) override {
-        if (limit_ >= 0 && written_ + size > limit_) {
-            setErrorString(QStringLiteral("no space left on the device"));
-            return -1;
-        }
-        const qint64 n = target_.write(data, size);
-        if (n < 0)
-            setErrorString(target_.errorString());
-        written_ += qMax<qint64>(n, 0);
-        return n;
-    }
-
-private:
-    QIODevice& target_;
-    qint64 limit_;
-    qint64 written_ = 0;
-};
 
 void writeAll(QIODevice& device, QByteArrayView bytes, const QString& name) {
     if (device.write(bytes.data(), bytes.size()) != bytes.size())
@@ -199,8 +169,7 @@ void writeTo(QIODevice& device, TableHeader header, const QByteArray& records, q
 }
 
 void replace(const QString& path, const QString& name, const TableHeader& header,
-             const QByteArray& records, quint32 count) {
-    const qint64 limit = std::exchange(nextReplaceLimit, -1);
+             const QByteArray& records, quint32 count, const OutputWrapper& through) {
     std::unique_ptr<QFile> old;
     if (QFile::exists(path)) {
         old = openFile(path, name, QIODevice::ReadWrite);
@@ -212,8 +181,10 @@ void replace(const QString& path, const QString& name, const TableHeader& header
         fail(DbErrors::Io,
              QStringLiteral("The table %1 cannot be written: %2.").arg(name, out.errorString()));
     try {
-        LimitedDevice device(out, limit);
-        writeTo(device, header, records, count, name);
+        if (through)
+            writeTo(*through(out), header, records, count, name);
+        else
+            writeTo(out, header, records, count, name);
     } catch (...) {
         out.cancelWriting();
         throw;
@@ -221,10 +192,6 @@ void replace(const QString& path, const QString& name, const TableHeader& header
     if (!out.commit())
         fail(DbErrors::Io,
              QStringLiteral("The table %1 cannot be written: %2.").arg(name, out.errorString()));
-}
-
-void failNextReplaceAfter(qint64 bytes) {
-    nextReplaceLimit = bytes;
 }
 
 } // namespace TableFile

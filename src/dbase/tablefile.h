@@ -4,6 +4,7 @@
 
 #include <QByteArray>
 #include <QString>
+#include <functional>
 #include <memory>
 
 class QIODevice;
@@ -45,13 +46,14 @@ quint32 appendRecord(const TableSnapshot& table, QByteArrayView record);
 // Writes a whole table (header, `count` records of `records`, end mark) to a device.
 void writeTo(QIODevice& device, TableHeader header, const QByteArray& records, quint32 count,
              const QString& name);
+// The device a rewrite writes its new file through, made over that file; without one the
+// bytes go straight into the file. A device that fails part way plays a full disk.
+using OutputWrapper = std::function<std::unique_ptr<QIODevice>(QIODevice& newFile)>;
+
 // Replaces or creates the table at path with a new file: written beside it, then renamed over
 // it, so that a failure leaves the old table whole. The old file's lock is held meanwhile;
 // another workstation holding a lock on it makes this fail with DbErrors::Fail.
 void replace(const QString& path, const QString& name, const TableHeader& header,
-             const QByteArray& records, quint32 count);
-
-// For tests: make the next replace() fail after writing this many bytes (-1: never).
-void failNextReplaceAfter(qint64 bytes);
+             const QByteArray& records, quint32 count, const OutputWrapper& through = {});
 
 } // namespace TableFile

@@ -198,7 +198,7 @@ void frmMain::Label() {
 }
 
 double frmMain::TwipsPerPixel() const {
-    return 1440.0 / logicalDpiX();
+    return TwipsPerInch / logicalDpiX();
 }
 
 void frmMain::placeWindowInWorkArea() {

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "app/panelayout.h"
 #include "app/settings.h"
-#include "mainwindow/panelayout.h"
 #include "pricelists/pricelistsstate.h"
 
 #include <QTcpSocket>

@@ -18,10 +18,11 @@ QList<Departement> departRows() {
     return rows;
 }
 
-void showMainWindow(MDIfrmMain*& frame) {
+void showMainWindow(MDIfrmMain*& frame, const CRegSettings& settings) {
     frame = new MDIfrmMain;
     frame->setAttribute(Qt::WA_DeleteOnClose);
     auto* main = new frmMain(frame);
+    main->settingsStore = settings;
     frame->setCentralWidget(main);
     frame->onQueryUnload = [main] { return main->QueryUnload(); };
     frame->onUnload = [main] { main->Unload(); };
@@ -30,13 +31,19 @@ void showMainWindow(MDIfrmMain*& frame) {
     main->Activate();
 }
 
-} // namespace
-
-StartupHooks ProgramStartupHooks(MDIfrmMain*& frame) {
+StartupHooks programStartupHooks(MDIfrmMain*& frame, const CRegSettings& settings) {
     frmQuestion::setDepartementSource(departRows);
     StartupHooks hooks;
     hooks.openData = OpenData;
     hooks.detectInstal = MPDetectInstal;
-    hooks.showMainWindow = [&frame] { showMainWindow(frame); };
+    hooks.showMainWindow = [&frame, settings] { showMainWindow(frame, settings); };
     return hooks;
+}
+
+} // namespace
+
+StartupOutcome StartProgram(const QStringList& arguments, const StartupEnvironment& environment,
+                            MDIfrmMain*& frame) {
+    return Main(arguments.join(u' '), programStartupHooks(frame, environment.settings),
+                environment);
 }

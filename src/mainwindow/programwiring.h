@@ -2,8 +2,12 @@
 
 #include "app/startup.h"
 
+#include <QStringList>
+
 class MDIfrmMain;
 
-// What start-up calls in the rest of the program: the data store, the installation kind and
-// the main window in its frame. `frame` receives the frame window once it is shown.
-StartupHooks ProgramStartupHooks(MDIfrmMain*& frame);
+// The program's start as main() runs it: start-up calls the data store, the installation kind
+// and the main window in its frame, which writes the settings back to the environment's store
+// at shut-down. `frame` receives the frame window once it is shown.
+StartupOutcome StartProgram(const QStringList& arguments, const StartupEnvironment& environment,
+                            MDIfrmMain*& frame);

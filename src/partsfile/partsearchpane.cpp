@@ -1,7 +1,9 @@
 #include "partsfile/partsearchpane.h"
 
+#include "app/appstate.h"
 #include "app/messages.h"
-#include "partsfile/modntx.h"
+#include "app/prompts.h"
+#include "partsfile/partsearch.h"
 
 #include <QFontDatabase>
 #include <QHBoxLayout>
@@ -11,9 +13,6 @@
 #include <QListWidget>
 #include <QTimer>
 #include <QVBoxLayout>
-#include <algorithm>
-#include <cmath>
-#include <limits>
 
 namespace {
 
@@ -22,7 +21,8 @@ constexpr int KeyBackspace = 8;
 constexpr int KeyPaste = 22; // Ctrl+V, which the number field drops like any other character
 
 // The character a key press types, as the field's key handler sees it; 0 for keys that type
-// nothing (arrows, Delete, Home...), which the fields handle normally.
+// nothing (Tab, Delete, arrows, Home...), which the fields handle normally. On an X server
+// such keys carry a control character as their text (a tab, DEL): that is not typing.
 int typedCharacter(const QKeyEvent& key) {
     if (key.key() == Qt::Key_Return || key.key() == Qt::Key_Enter)
         return KeyEnter;
@@ -31,7 +31,9 @@ int typedCharacter(const QKeyEvent& key) {
     if (key.matches(QKeySequence::Paste))
         return KeyPaste;
     const QString text = key.text();
-    return text.isEmpty() ? 0 : text.front().unicode();
+    if (text.isEmpty() || text.front().category() == QChar::Other_Control)
+        return 0;
+    return text.front().unicode();
 }
 
 } // namespace
@@ -83,38 +85,15 @@ void PartSearchPane::setGroupCode(const QString& groupCode) {
     lblRecherche->setText(LoadText(28) + u'-' + shown);
 }
 
-double PartSearchPane::leadingNumber(const QString& text) {
-    qsizetype at = 0;
-    while (at < text.size() && (text[at] == u' ' || text[at] == u'\t'))
-        ++at;
-    QString number;
-    bool point = false;
-    for (; at < text.size(); ++at) {
-        const QChar c = text[at];
-        if (c == u'.' && !point)
-            point = true;
-        else if (c < u'0' || c > u'9')
-            break;
-        number += c;
-    }
-    bool ok = false;
-    const double value = number.toDouble(&ok);
-    return ok ? value : 0.0;
-}
-
-int PartSearchPane::lineCount() const {
-    // The default rounding mode takes halves to the even neighbour: 12.5 gives 12, 13.5 14.
-    const double rounded = std::nearbyint(leadingNumber(txtMax->text()));
-    return int(std::min<double>(rounded, std::numeric_limits<int>::max()));
-}
-
 void PartSearchPane::searchParts() {
     lstPieces->clear();
-    if (leadingNumber(txtMax->text()) > MaxLines)
-        txtMax->setText(QString::number(MaxLines));
-    qint32 lines = lineCount();
-    modNTX::SearchStock(searchPrefix_ + txtRecherche->text(), lines,
+    if (PartSearch::AsksTooMany(txtMax->text()))
+        txtMax->setText(QString::number(PartSearch::MaxLines));
+    const modNTX::StockSearchOutcome outcome =
+        PartSearch::Run(App().PrgPath, searchPrefix_ + txtRecherche->text(), txtMax->text(),
                         [this](const QString& line) { lstPieces->addItem(line); });
+    if (!outcome.ok())
+        MsgBox(LoadText(79));
     txtRecherche->setFocus(Qt::OtherFocusReason);
     txtRechercheGotFocus();
 }
@@ -136,7 +115,7 @@ void PartSearchPane::txtMaxKeyPress(int& keyAscii) {
         txtRecherche->setFocus(Qt::OtherFocusReason);
         return;
     }
-    if (keyAscii != KeyBackspace && !QStringLiteral("0123456789.").contains(QChar(keyAscii)))
+    if (keyAscii != KeyBackspace && !PartSearch::IsLineCountCharacter(QChar(keyAscii)))
         keyAscii = 0;
 }
 

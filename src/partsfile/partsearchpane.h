@@ -33,10 +33,9 @@ public:
     void setGroupCode(const QString& groupCode);
     const QString& searchPrefix() const { return searchPrefix_; }
 
-    // Enter in txtRecherche: clears the list, applies txtMax's rules and searches.
+    // Enter in txtRecherche: clears the list, brings txtMax down to the most lines a search
+    // gives and searches for the lines it asks for.
     void searchParts();
-    // The number of lines txtMax asks for: its leading number, halves rounded to even.
-    int lineCount() const;
 
     // keyAscii is the typed character; a handler that drops it sets it to 0.
     void txtRechercheKeyPress(int& keyAscii);
@@ -44,12 +43,6 @@ public:
     void lstPiecesKeyPress(int& keyAscii);
     void txtRechercheGotFocus();
     void txtRechGroupeChange();
-
-    // The numeric value of a text: its leading number (digits with an optional decimal point),
-    // 0 when there is none.
-    static double leadingNumber(const QString& text);
-
-    static constexpr int MaxLines = 2000;
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;

@@ -34,16 +34,17 @@ protected:
         ASSERT_TRUE(QFile::copy(built, dir.filePath(name)));
     }
 
-    // The arguments of each logged call, in order.
-    // The log is named after the program as it is on disk.
+    // The arguments of each logged call, in order (not the lines of the jobs that failed:
+    // this directory is no installation). The log is named after the program as it is on disk.
     QStringList loggedCalls(const QString& program = HiddenString(0)) const {
         QFile log(dir.filePath(QFileInfo(program).completeBaseName() + ".LOG"));
         if (!log.open(QIODevice::ReadOnly | QIODevice::Text))
             return {};
         QStringList calls;
         for (const QByteArray& line : log.readAll().split('\n')) {
-            if (!line.isEmpty())
-                calls << QString::fromUtf8(line.mid(line.indexOf('\t') + 1));
+            const QByteArray text = line.mid(line.indexOf('\t') + 1);
+            if (!line.isEmpty() && !text.startsWith("! "))
+                calls << QString::fromUtf8(text);
         }
         return calls;
     }

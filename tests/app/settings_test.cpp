@@ -3,6 +3,7 @@
 #include "tempinstall.h"
 
 #include <gtest/gtest.h>
+#include <tuple>
 
 namespace {
 
@@ -68,16 +69,16 @@ TEST(Settings, SaveWritesEveryValueBackWithPointDecimalsAndTheDataDrive) {
     EXPECT_EQ(store.QueryValue(Key, QStringLiteral("Width")), QStringLiteral("0.6"));
     EXPECT_EQ(store.QueryValue(Key, QStringLiteral("Height")), QStringLiteral("0.45"));
     EXPECT_EQ(store.QueryValue(Key, QStringLiteral("Drive")), QStringLiteral("/mnt/dealer"));
+    const AppSettings& s = state.Settings;
     const AppSettings back = readBack(store);
-    EXPECT_EQ(back.Nation, 2000);
-    EXPECT_EQ(back.Instal, 2);
-    EXPECT_EQ(back.Selection, 1);
-    EXPECT_EQ(back.IP, QStringLiteral("host"));
-    EXPECT_EQ(back.Port, 2101);
-    EXPECT_EQ(store.EnumValues(Key).size(), 9) << "Width and Height are written together";
+    EXPECT_EQ(std::tie(back.Nation, back.Instal, back.Selection, back.Format, back.IP, back.Port),
+              std::tie(s.Nation, s.Instal, s.Selection, s.Format, s.IP, s.Port));
+    EXPECT_EQ(store.EnumValues(Key).size(), 9);
 }
 
-TEST(Settings, SavingTheLayoutFollowsThePanesOnlyWhenAsked) {
+// With Format 1 the next start puts the panes back where the dealer left them, whatever the
+// window's size; otherwise the stored fractions stay.
+TEST(Settings, TheSavedLayoutPutsThePanesBackWhereTheyStood) {
     TempInstall install;
     const CRegSettings store(install.settingsFile());
     AppState state;
@@ -85,10 +86,23 @@ TEST(Settings, SavingTheLayoutFollowsThePanesOnlyWhenAsked) {
     state.Settings.Width = 0.56f;
     state.Settings.Height = 0.37f;
     state.Settings.Format = 1;
-    // First pane 4960 wide and third pane at 3240 in a 10000 x 8000 window.
-    SaveSettings(store, state, PaneLayout{4960, 3240, 10000, 8000});
-    EXPECT_EQ(store.QueryValue(Key, QStringLiteral("Width")), QStringLiteral("0.5"));
-    EXPECT_EQ(store.QueryValue(Key, QStringLiteral("Height")), QStringLiteral("0.4"));
+    for (const auto& [width, height] : {std::pair{10000.0, 8000.0}, {19200.0, 11400.0}}) {
+        const PanePlacement left = PlacePanes(width, height, 0.537, 0.4123); // moved
+        SaveSettings(store, state, PaneLayout{left.pane[0].width, left.pane[2].top, width, height});
+        const AppSettings next = readBack(store);
+        const PanePlacement back = PlacePanes(width, height, next.Width, next.Height);
+        for (int i = 0; i < 3; ++i) {
+            EXPECT_NEAR(back.pane[i].left, left.pane[i].left, 0.01) << i;
+            EXPECT_NEAR(back.pane[i].top, left.pane[i].top, 0.01) << i;
+            EXPECT_NEAR(back.pane[i].right(), left.pane[i].right(), 0.01) << i;
+            EXPECT_NEAR(back.pane[i].bottom(), left.pane[i].bottom(), 0.01) << i;
+        }
+        // The panes fill the window, with the splitters' room between them.
+        EXPECT_DOUBLE_EQ(left.pane[1].left - left.pane[0].right(), 2 * SplitterRoom);
+        EXPECT_DOUBLE_EQ(left.pane[2].top - left.pane[1].bottom(), 2 * SplitterRoom);
+        EXPECT_DOUBLE_EQ(left.pane[1].right(), width);
+        EXPECT_DOUBLE_EQ(left.pane[2].bottom(), height);
+    }
 
     state.Settings.Format = 0;
     SaveSettings(store, state, PaneLayout{4960, 3240, 10000, 8000});

@@ -86,33 +86,6 @@ struct StartupRun {
 
 } // namespace
 
-// Answers the drive prompts with a list of drives and records what each prompt proposed.
-class DrivePrompts final : public Prompter {
-public:
-    explicit DrivePrompts(QStringList drives) : drives_(std::move(drives)) {
-        previous_ = SetPrompter(this);
-    }
-    ~DrivePrompts() override { SetPrompter(previous_); }
-
-    Answer messageBox(const QString& text, Buttons, Icon, const QString&) override {
-        messages << text;
-        return Answer::Ok;
-    }
-    QString inputBox(const QString& prompt, const QString&, const QString& proposed) override {
-        prompts << prompt;
-        proposals << proposed;
-        return drives_.isEmpty() ? QString() : drives_.takeFirst();
-    }
-
-    QStringList messages;
-    QStringList prompts;
-    QStringList proposals;
-
-private:
-    QStringList drives_;
-    Prompter* previous_ = nullptr;
-};
-
 TEST(Startup, APendingLauncherIsSwappedAndNothingElseHappens) {
     StartupRun run;
     run.install.write(run.install.programDir() + QStringLiteral("/MAIN.NEW"), "new launcher");
@@ -190,33 +163,28 @@ TEST(Startup, TheDriveIsAskedFourTimesAtMostThenTheProgramEnds) {
     run.setStoredDrive(QStringLiteral("/nowhere"));
     ScriptedPrompter prompts;
     const QString ask = MessageCatalogue::text(1075);
-    prompts.expectInput(ask, QStringLiteral("/a")).expectInput(ask, QStringLiteral("/b"));
-    prompts.expectInput(ask, QString()).expectInput(ask, QStringLiteral("/d"));
+    for (const QString& typed :
+         {QStringLiteral("/a"), QStringLiteral("/b"), QString(), QStringLiteral("/d")})
+        prompts.expectInput(ask, typed, DefaultDrive());
     prompts.expectMessage(MessageCatalogue::text(1076));
     EXPECT_EQ(run.run(QString()), StartupOutcome::Ended);
     EXPECT_TRUE(run.calls.isEmpty());
 }
 
-TEST(Startup, EachDrivePromptProposesTheDefaultDrive) {
-    StartupRun run;
-    run.setStoredDrive(QStringLiteral("/nowhere"));
-    DrivePrompts prompts({QStringLiteral("/a"), QStringLiteral("/b")});
-    EXPECT_EQ(run.run(QString()), StartupOutcome::Ended);
-    EXPECT_EQ(prompts.prompts, QStringList(4, MessageCatalogue::text(1075)));
-    EXPECT_EQ(prompts.proposals, QStringList(4, DefaultDrive()));
-    EXPECT_EQ(prompts.messages, QStringList{MessageCatalogue::text(1076)});
-}
-
-TEST(Startup, AValidDriveAtTheFourthPromptLetsTheStartGoOn) {
+TEST(Startup, AValidDriveAtTheFourthPromptEvenRelativeLetsTheStartGoOn) {
     StartupRun run;
     run.setStoredDrive(QStringLiteral("/nowhere"));
     ScriptedPrompter prompts;
     const QString ask = MessageCatalogue::text(1075);
     for (int i = 0; i < 3; ++i)
         prompts.expectInput(ask, QStringLiteral("/wrong"));
-    prompts.expectInput(ask, run.install.drive());
+    // Typed relative to where the program was started, which is not where it goes on.
+    QDir::setCurrent(QFileInfo(run.install.drive()).path());
+    prompts.expectInput(ask, QStringLiteral("drive"));
     EXPECT_EQ(run.run(QString()), StartupOutcome::MainWindowShown);
-    EXPECT_EQ(App().Settings.Drive, run.install.drive());
+    EXPECT_EQ(QFileInfo(App().DataPath).canonicalFilePath(),
+              QFileInfo(run.install.dir(QStringLiteral("NVNV"))).canonicalFilePath());
+    EXPECT_TRUE(run.serviceLog().contains(QStringLiteral("0 2")));
 }
 
 TEST(Startup, FailuresOfTheLaterStepsEndTheStart) {
@@ -232,23 +200,22 @@ TEST(Startup, FailuresOfTheLaterStepsEndTheStart) {
         EXPECT_EQ(run.run(QString()), StartupOutcome::Ended);
         EXPECT_FALSE(run.calls.contains(QStringLiteral("showMainWindow")));
     }
-}
-
-TEST(Startup, AMissingServiceProgramGives1077) {
-    StartupRun run;
-    QFile::remove(run.install.programDir() + u'/' + run.install.serviceProgramName());
-    ScriptedPrompter prompts;
-    prompts.expectMessage(MessageCatalogue::text(1077));
-    EXPECT_EQ(run.run(QString()), StartupOutcome::Ended);
-    EXPECT_FALSE(run.calls.contains(QStringLiteral("showMainWindow")));
-}
-
-TEST(Startup, AServiceProgramThatCannotRunGives1078) {
-    StartupRun run;
-    run.install.write(run.install.dir(QStringLiteral("NVNV")) + run.install.serviceProgramName(),
-                      "not a program");
-    ScriptedPrompter prompts;
-    prompts.expectMessageMatching(QStringLiteral("^\\d+ .+"));
-    prompts.expectMessage(MessageCatalogue::text(1078));
-    EXPECT_EQ(run.run(QString()), StartupOutcome::Ended);
+    {
+        StartupRun run;
+        QFile::remove(run.install.programDir() + u'/' + run.install.serviceProgramName());
+        ScriptedPrompter prompts;
+        prompts.expectMessage(MessageCatalogue::text(1077));
+        EXPECT_EQ(run.run(QString()), StartupOutcome::Ended) << "no service program";
+    }
+    {
+        StartupRun run;
+        run.install.write(run.install.dir(QStringLiteral("NVNV")) +
+                              run.install.serviceProgramName(),
+                          "not a program");
+        ScriptedPrompter prompts;
+        prompts.expectMessageMatching(QStringLiteral("^\\d+ .+"));
+        prompts.expectMessage(MessageCatalogue::text(1078));
+        EXPECT_EQ(run.run(QString()), StartupOutcome::Ended) << "a service program that cannot run";
+        EXPECT_FALSE(run.calls.contains(QStringLiteral("showMainWindow")));
+    }
 }

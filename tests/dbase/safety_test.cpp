@@ -6,6 +6,7 @@
 #include "dbase/dbfformat.h"
 #include "dbase/recordset.h"
 #include "dbase/tablefile.h"
+#include "support/faildevice.h"
 
 #include <QDate>
 #include <QProcess>
@@ -20,13 +21,15 @@ protected:
 };
 
 TEST_F(SafetyTest, AFailedRewriteLeavesTheOldTableWhole) {
+    // The disk fills up in the middle of the records.
+    Connection fillingUp([](QIODevice& file) { return std::make_unique<FailDevice>(file, 100); });
+    fillingUp.open(dir.path());
     const QByteArray before = bytes("PRIXLIST.DBF");
     for (const QString& sql : {QStringLiteral("ALTER TABLE PRIXLIST ADD COLUMN CATNO TEXT(254)"),
                                QStringLiteral("INSERT INTO PRIXLIST SELECT * FROM PRIXLIST"),
                                QStringLiteral("SELECT * INTO PRIXLIST FROM PRIXLIST")}) {
         SCOPED_TRACE(sql.toStdString());
-        TableFile::failNextReplaceAfter(100); // the disk fills up in the middle of the records
-        EXPECT_DB_ERROR(connection.execute(sql), DbErrors::Io);
+        EXPECT_DB_ERROR(fillingUp.execute(sql), DbErrors::Io);
         EXPECT_EQ(bytes("PRIXLIST.DBF"), before);
     }
     EXPECT_EQ(QDir(dir.path()).entryList(QDir::Files), QStringList({"PRIXLIST.DBF"}))

@@ -31,38 +31,11 @@ class TableFileTest : public DbaseTest {};
 TEST_F(TableFileTest, ReadsStoredFormsAndBlanksAsNull) {
     const QList<FieldDef> fields = {textField("T", 5), numberField("N", 6, 2), dateField("D"),
                                     logicalField("L")};
-    // Each record: deletion flag, then the fields in their stored forms.
-    writeBytes("KINDS.DBF", rawTable(0x03, 0x57, fields,
-                                     {" "
-                                      "AB   "
-                                      " 12.50"
-                                      "20240315"
-                                      "T",
-                                      " "
-                                      " x  y"
-                                      " -3.00"
-                                      "20000101"
-                                      "y",
-                                      " "
-                                      "     "
-                                      "   ***"
-                                      "00000000"
-                                      "?",
-                                      " "
-                                      "     "
-                                      "    .5"
-                                      "        "
-                                      " ",
-                                      "*"
-                                      "DEL  "
-                                      "  1.00"
-                                      "20240101"
-                                      "F",
-                                      " "
-                                      "     "
-                                      "  0.00"
-                                      "20240229"
-                                      "n"}));
+    // Each record: deletion flag, then T (5), N (6), D (8) and L (1) in their stored forms.
+    const QList<QByteArray> records = {" AB    12.5020240315T", "  x  y -3.0020000101y",
+                                       "         ***00000000?", "          .5         ",
+                                       "*DEL    1.0020240101F", "        0.0020240229n"};
+    writeBytes("KINDS.DBF", rawTable(0x03, 0x57, fields, records));
     Recordset rs;
     rs.open("KINDS", connection, CursorType::Keyset, LockType::ReadOnly);
     ASSERT_EQ(rs.recordCount(), 5) << "the deleted record is hidden";
@@ -136,18 +109,18 @@ TEST_F(TableFileTest, DecodesAndEncodesWithTheLanguageDriverCodePage) {
 
 TEST_F(TableFileTest, HeaderLengthIsAuthoritativeAndKindsAreChecked) {
     const QList<FieldDef> fields = {textField("T", 3)};
-    // A NUL after the terminator, counted in the header length.
+    // A NUL after the terminator, counted in the header length; dBASE IV with memo; FoxPro;
+    // dBASE 7.
     writeBytes("PAD.DBF", rawTable(0x03, 0x57, fields, {" abc"}, QByteArray(1, '\0')));
-    writeBytes("IV.DBF", rawTable(0x8B, 0x57, fields, {" def"}));
-    writeBytes("FOX.DBF", rawTable(0x30, 0x57, fields, {" ghi"}));
-    writeBytes("SEVEN.DBF", rawTable(0x04, 0x57, fields, {" jkl"}));
+    writeBytes("IV.DBF", rawTable(0x8B, 0x57, fields, {" abc"}));
+    writeBytes("FOX.DBF", rawTable(0x30, 0x57, fields, {" abc"}));
+    writeBytes("SEVEN.DBF", rawTable(0x04, 0x57, fields, {" abc"}));
     Recordset rs;
-    rs.open("PAD", connection);
-    EXPECT_EQ(rs.value(0).toString(), "abc");
-    rs.close();
-    rs.open("IV", connection);
-    EXPECT_EQ(rs.value(0).toString(), "def");
-    rs.close();
+    for (const char* table : {"PAD", "IV"}) {
+        rs.open(table, connection);
+        EXPECT_EQ(rs.value(0).toString(), "abc") << table;
+        rs.close();
+    }
     EXPECT_DB_ERROR(rs.open("FOX", connection), DbErrors::UnsupportedFormat);
     EXPECT_DB_ERROR(rs.open("SEVEN", connection), DbErrors::UnsupportedFormat);
     EXPECT_FALSE(rs.isOpen());
@@ -198,9 +171,4 @@ TEST_F(TableFileTest, DamagedFilesGiveAClearErrorAndAreNeverWritten) {
         EXPECT_THROW(connection.execute("INSERT INTO BAD SELECT * FROM BAD"), DbError);
         EXPECT_EQ(bytes("BAD.DBF"), data) << "never written: " << reason.toStdString();
     }
-}
-
-TEST_F(TableFileTest, FuzzEntryPointRejectsGarbageCleanly) {
-    for (const QByteArray& data : {QByteArray(), QByteArray(40, '\x03'), QByteArray(300, '\xFF')})
-        EXPECT_THROW(TableFile::fromBytes(data, "X"), DbError);
 }

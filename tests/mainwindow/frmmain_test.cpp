@@ -3,12 +3,12 @@
 #include "app/appstate.h"
 #include "app/mdifrmmain.h"
 #include "app/messages.h"
+#include "app/panelayout.h"
 #include "comms/bulletinpage.h"
 #include "comms/downloadpage.h"
 #include "data/moddata.h"
 #include "demotables.h"
 #include "mainwindow/commandstrip.h"
-#include "mainwindow/panelayout.h"
 #include "partsfile/partsearchpane.h"
 #include "pricelists/configpane.h"
 #include "pricelists/pricelistsui.h"
@@ -56,26 +56,7 @@ struct MainWindowFixture : ::testing::Test {
     }
 };
 
-void expectNear(const TwipRect& actual, const TwipRect& expected) {
-    EXPECT_NEAR(actual.left, expected.left, 1e-6);
-    EXPECT_NEAR(actual.top, expected.top, 1e-6);
-    EXPECT_NEAR(actual.width, expected.width, 1e-6);
-    EXPECT_NEAR(actual.height, expected.height, 1e-6);
-}
-
 } // namespace
-
-TEST(PaneLayout, PanesStandFromTheStoredFractionsWithTheSplitterRoom) {
-    const PanePlacement p = PlacePanes(10000, 8000, 0.56, 0.37);
-    expectNear(p.pane[0], TwipRect{0, 0, 5560, 2920});
-    expectNear(p.pane[1], TwipRect{5640, 0, 4360, 2920});
-    expectNear(p.pane[2], TwipRect{0, 3000, 10000, 5000});
-    expectNear(p.splitter[0], TwipRect{5555, 0, 85, 2920});
-    expectNear(p.splitter[1], TwipRect{0, 2910, 10000, 85});
-    // Saving the layout inverts the placement.
-    EXPECT_DOUBLE_EQ((p.pane[0].width + 40) / 10000, 0.56);
-    EXPECT_DOUBLE_EQ((p.pane[2].top - 40) / 8000, 0.37);
-}
 
 TEST_F(MainWindowFixture, LabelPutsTheCaptionsOfTheChosenLanguage) {
     main->Load();

@@ -3,6 +3,7 @@
 #include "app/appstate.h"
 #include "app/messages.h"
 #include "partsfile/modntx.h"
+#include "partsfile/partsearch.h"
 #include "stockfixtures/stockgenerator.h"
 #include "support/scriptedprompter.h"
 
@@ -10,6 +11,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
+#include <QProcess>
 #include <QTemporaryDir>
 #include <QTest>
 #include <gtest/gtest.h>
@@ -39,8 +41,7 @@ protected:
         ResetAppState();
         App().Settings.Nation = 1000;
         App().PrgPath = dir->path() + QStringLiteral("/PRG/");
-        pane.lblRecherche->setText(LoadText(28));
-        pane.lblMax->setText(LoadText(83));
+        pane.label();
         pane.show();
         QApplication::setActiveWindow(&pane);
         ASSERT_TRUE(QTest::qWaitForWindowActive(&pane));
@@ -71,29 +72,74 @@ protected:
     PartSearchPane pane;
 };
 
+struct ToolRun {
+    int exitCode = -1;
+    QStringList out;
+    QString err;
+};
+
+ToolRun runStockSearch(const QStringList& arguments) {
+    QProcess process;
+    process.start(QStringLiteral(STOCKSEARCH_PATH), arguments);
+    EXPECT_TRUE(process.waitForFinished(30000));
+    ToolRun run{process.exitCode(), QString::fromUtf8(process.readAllStandardOutput()).split(u'\n'),
+                QString::fromUtf8(process.readAllStandardError()).trimmed()};
+    if (run.out.last().isEmpty())
+        run.out.removeLast();
+    return run;
+}
+
 std::unique_ptr<QTemporaryDir> PartSearchPaneTest::dir;
 std::unique_ptr<StockFiles> PartSearchPaneTest::files;
 
-TEST_F(PartSearchPaneTest, LineCountFollowsTheNumberField) {
+TEST(PartSearchLineCount, TheTypedCountIsRoundedToEvenAndCappedAt2000) {
+    const std::pair<const char*, qint32> cases[] = {
+        {"12.5", 12}, {"13.5", 14}, {"7.2.9", 7},   {"", 0},          {"  42abc", 42},
+        {"x5", 0},    {".5", 0},    {"5000", 2000}, {"2000.4", 2000}, {"1999.6", 2000}};
+    for (const auto& [typed, lines] : cases)
+        EXPECT_EQ(PartSearch::LineCount(QString::fromLatin1(typed)), lines) << typed;
+}
+
+// The pane brings an overlarge count down to the cap and shows it; the command-line search
+// lists what the pane lists for the same number and count.
+TEST_F(PartSearchPaneTest, TheCommandLineSearchAnswersAsThePaneDoes) {
     ASSERT_GT(partsStartingWith(QString()), 2000);
-    search(QString(), QStringLiteral("5000"));
-    EXPECT_EQ(pane.txtMax->text(), QStringLiteral("2000"));
-    EXPECT_EQ(partLines(), 2000);
-    EXPECT_EQ(pane.lstPieces->item(0)->text(), modNTX::StockHeading());
+    const struct {
+        QString typed, shown;
+        int lines;
+    } counts[] = {{"5000", "2000", 2000}, {"12.5", "12.5", 12}, {"", "", 0}};
+    for (const auto& [typed, shown, lines] : counts) {
+        SCOPED_TRACE(typed.toStdString());
+        search(QString(), typed);
+        EXPECT_EQ(pane.txtMax->text(), shown);
+        EXPECT_EQ(partLines(), lines);
+        const ToolRun run = runStockSearch({App().PrgPath, QString(), typed});
+        EXPECT_EQ(run.exitCode, 0);
+        EXPECT_EQ(run.out, listed());
+    }
+}
 
-    search(QString(), QStringLiteral("12.5"));
-    EXPECT_EQ(partLines(), 12);
-    search(QString(), QStringLiteral("13.5"));
-    EXPECT_EQ(partLines(), 14);
-    EXPECT_EQ(pane.txtMax->text(), QStringLiteral("13.5"));
-    search(QString(), QStringLiteral("7.2.9"));
-    EXPECT_EQ(partLines(), 7);
-    search(QString(), QString());
-    EXPECT_EQ(partLines(), 0);
+TEST_F(PartSearchPaneTest, TheCommandLineSearchFailsWith1079OrRefusesBadArguments) {
+    App().Settings.Nation = 2000;
+    const ToolRun english = runStockSearch({App().PrgPath, "xy", "7", "--english"});
+    EXPECT_EQ(english.out.value(0), modNTX::StockHeading());
+    EXPECT_EQ(english.out.size(), 8);
 
-    EXPECT_DOUBLE_EQ(PartSearchPane::leadingNumber(QStringLiteral("  42abc")), 42.0);
-    EXPECT_DOUBLE_EQ(PartSearchPane::leadingNumber(QStringLiteral(".5")), 0.5);
-    EXPECT_DOUBLE_EQ(PartSearchPane::leadingNumber(QStringLiteral("x5")), 0.0);
+    const QString prg = App().PrgPath;
+    for (const QStringList& bad :
+         {QStringList{prg}, QStringList{prg, "XY", "7a"}, QStringList{prg + "NOWHERE", "XY"}}) {
+        const ToolRun refused = runStockSearch(bad);
+        EXPECT_EQ(refused.exitCode, 2) << bad.join(u' ').toStdString();
+        EXPECT_TRUE(refused.out.isEmpty());
+    }
+    EXPECT_EQ(runStockSearch({"--help"}).exitCode, 0);
+    EXPECT_TRUE(runStockSearch({"--version"}).out.value(0).startsWith("stocksearch 2"));
+
+    App().Settings.Nation = 1000;
+    const ToolRun failed = runStockSearch({dir->path(), "XY"}); // a folder without parts file
+    EXPECT_EQ(failed.exitCode, 1);
+    EXPECT_TRUE(failed.out.isEmpty());
+    EXPECT_EQ(failed.err, LoadText(79));
 }
 
 TEST_F(PartSearchPaneTest, NumberFieldTakesDigitsAndPointOnly) {
@@ -102,13 +148,8 @@ TEST_F(PartSearchPaneTest, NumberFieldTakesDigitsAndPointOnly) {
     QTest::keyClicks(pane.txtMax, QStringLiteral("4a-2.x5"));
     EXPECT_EQ(pane.txtMax->text(), QStringLiteral("42.5"));
     QTest::keyClick(pane.txtMax, Qt::Key_Backspace);
-    EXPECT_EQ(pane.txtMax->text(), QStringLiteral("42."));
-    QTest::keyClick(pane.txtMax, Qt::Key_Left); // keys that type nothing work as usual
-    QTest::keyClick(pane.txtMax, Qt::Key_Delete);
-    EXPECT_EQ(pane.txtMax->text(), QStringLiteral("42"));
-
     QTest::keyClick(pane.txtMax, Qt::Key_Return);
-    EXPECT_EQ(pane.txtMax->text(), QStringLiteral("42"));
+    EXPECT_EQ(pane.txtMax->text(), QStringLiteral("42."));
     EXPECT_TRUE(pane.txtRecherche->hasFocus());
     EXPECT_EQ(pane.lstPieces->count(), 0); // Enter there moves on, it does not search
 }
@@ -131,6 +172,9 @@ TEST_F(PartSearchPaneTest, GroupCodeOfTheSelectedListPrefixesTheSearch) {
     EXPECT_EQ(pane.lblRecherche->text(), LoadText(28) + QStringLiteral("-    "));
     search(QStringLiteral("xy2"), QStringLiteral("2000"));
     EXPECT_EQ(partLines(), partsStartingWith(QStringLiteral("XY2")));
+    // Any change of the group field clears the list.
+    pane.txtRechGroupe->setText(QStringLiteral("Codes"));
+    EXPECT_EQ(pane.lstPieces->count(), 0);
 }
 
 TEST_F(PartSearchPaneTest, SearchGivesTheFocusBackWithTheTextSelected) {
@@ -148,14 +192,6 @@ TEST_F(PartSearchPaneTest, SearchGivesTheFocusBackWithTheTextSelected) {
     QTest::keyClick(pane.lstPieces, Qt::Key_Return);
     EXPECT_TRUE(pane.txtRecherche->hasFocus());
     EXPECT_EQ(pane.txtRecherche->selectedText(), QStringLiteral("XY"));
-}
-
-TEST_F(PartSearchPaneTest, ChangingTheGroupFieldClearsTheList) {
-    search(QStringLiteral("AB"), QStringLiteral("5"));
-    ASSERT_EQ(pane.lstPieces->count(), 6);
-    EXPECT_EQ(pane.txtRechGroupe->text(), QStringLiteral("Code"));
-    pane.txtRechGroupe->setText(QStringLiteral("Codes"));
-    EXPECT_EQ(pane.lstPieces->count(), 0);
 }
 
 TEST_F(PartSearchPaneTest, UnreadablePartsFileShowsMessage1079) {

@@ -40,13 +40,6 @@ StockPart TestPart(const QString& number, int record) {
     return part;
 }
 
-QStringList NumbersOf(const QStringList& lines) {
-    QStringList numbers;
-    for (qsizetype i = 1; i < lines.size(); ++i)
-        numbers << lines[i].left(15).trimmed();
-    return numbers;
-}
-
 std::vector<int> RecordsOf(const QStringList& lines) {
     std::vector<int> records;
     for (qsizetype i = 1; i < lines.size(); ++i)

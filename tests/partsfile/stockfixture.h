@@ -28,8 +28,6 @@ public:
     };
     Result search(const QString& text, qint32 maxLines) const;
 
-    const NtxImage& image() const { return image_; }
-
 private:
     QTemporaryDir dir_;
     NtxImage image_;
@@ -37,7 +35,5 @@ private:
 
 // A part whose description names its record, so that a line tells which record it came from.
 StockPart TestPart(const QString& number, int record);
-// The part numbers of the lines after the heading, trimmed of blanks.
-QStringList NumbersOf(const QStringList& lines);
 // The record numbers named by the descriptions of the lines after the heading.
 std::vector<int> RecordsOf(const QStringList& lines);

@@ -29,6 +29,13 @@ ScriptedPrompter& ScriptedPrompter::expectInput(const QString& prompt, const QSt
     return *this;
 }
 
+ScriptedPrompter& ScriptedPrompter::expectInput(const QString& prompt, const QString& answer,
+                                                const QString& proposed) {
+    expectInput(prompt, answer);
+    script_.back().proposed = proposed;
+    return *this;
+}
+
 ScriptedPrompter& ScriptedPrompter::expectMessageMatching(const QString& pattern, Answer answer) {
     Step step{false, pattern, false, Buttons::Ok, Icon::None, {}, answer, {}};
     step.pattern = true;
@@ -58,7 +65,8 @@ Answer ScriptedPrompter::messageBox(const QString& text, Buttons buttons, Icon i
     return step.answer;
 }
 
-QString ScriptedPrompter::inputBox(const QString& prompt, const QString&, const QString&) {
+QString ScriptedPrompter::inputBox(const QString& prompt, const QString&,
+                                   const QString& defaultAnswer) {
     shown_ << prompt;
     if (script_.empty() || !script_.front().input) {
         ADD_FAILURE() << "unexpected input box: " << prompt.toStdString();
@@ -67,5 +75,8 @@ QString ScriptedPrompter::inputBox(const QString& prompt, const QString&, const 
     const Step step = script_.front();
     script_.pop_front();
     EXPECT_EQ(step.text.toStdString(), prompt.toStdString());
+    if (step.proposed) {
+        EXPECT_EQ(step.proposed->toStdString(), defaultAnswer.toStdString()) << "proposed";
+    }
     return step.typed;
 }

@@ -5,6 +5,7 @@
 #include <QString>
 #include <QStringList>
 #include <deque>
+#include <optional>
 
 // A prompter for tests: each expected prompt is scripted with its answer, in order. A prompt
 // that nobody scripted, or one with other text, fails the test; so does a scripted prompt that
@@ -18,6 +19,9 @@ public:
     ScriptedPrompter& expectMessage(const QString& text, Buttons buttons, Icon icon,
                                     const QString& title, Answer answer);
     ScriptedPrompter& expectInput(const QString& prompt, const QString& answer);
+    // The same, checking the answer the box proposes.
+    ScriptedPrompter& expectInput(const QString& prompt, const QString& answer,
+                                  const QString& proposed);
     // A box whose text is not known in advance (a system error description, say).
     ScriptedPrompter& expectMessageMatching(const QString& pattern, Answer answer = Answer::Ok);
 
@@ -41,6 +45,7 @@ private:
         Answer answer = Answer::Ok;
         QString typed;
         bool pattern = false;
+        std::optional<QString> proposed = std::nullopt;
     };
     std::deque<Step> script_;
     QStringList shown_;

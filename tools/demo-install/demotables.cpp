@@ -288,11 +288,19 @@ NewTable nvAppel() {
     return t;
 }
 
+} // namespace
+
+QList<FieldDef> NewsletterFields() {
+    return {text("NUMERO", 6),  text("ANNONCEUR", 30), date("DATEPUB"),   text("CATEGORIE", 20),
+            text("SUJET", 60),  text("FICHIER", 12),   text("LANGUE", 2), number("PAGES", 3),
+            text("AUTEUR", 30), text("RESUME", 80),    text("TEXTE", 254)};
+}
+
+namespace {
+
 NewTable nvIndex(const QDate& today) {
     NewTable t;
-    t.fields = {text("NUMERO", 6),  text("ANNONCEUR", 30), date("DATEPUB"),   text("CATEGORIE", 20),
-                text("SUJET", 60),  text("FICHIER", 12),   text("LANGUE", 2), number("PAGES", 3),
-                text("AUTEUR", 30), text("RESUME", 80),    text("TEXTE", 254)};
+    t.fields = NewsletterFields();
     const QStringList advertisers = {"Norvale Systems", "BOSCH", "GATES", "WIX"};
     int n = 0;
     for (const QString& a : advertisers)
@@ -328,7 +336,8 @@ void writeDemoTables(const QString& root, const QDate& today) {
     writeNewTable(data + "PARAPROG.DBF",
                   oneColumn("PROGRAM", 40, {"PARTDEX 5.2", "MERCANTEL 2004.3"}));
     writeNewTable(prg + "DEPART.DBF", depart());
-    writeNewTable(prg + "NVVERS.DBF", oneColumn("NVVERSION", 20, {"5.2.1", "3.8.0"}));
+    writeNewTable(prg + "NVVERS.DBF",
+                  oneColumn("NVVERSION", 20, {DemoPartdexInstalled, DemoLedgermakerInstalled}));
     writeNewTable(prg + "NVAPPEL.DBF", nvAppel());
     writeNewTable(dir.filePath(QStringLiteral("NVINFO/NVINDEX.DBF")), nvIndex(today));
 }

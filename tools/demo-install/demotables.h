@@ -1,6 +1,9 @@
 #pragma once
 
+#include "dbase/fielddef.h"
+
 #include <QDate>
+#include <QList>
 #include <QString>
 
 // Writes the demo installation's tables under root (the installation's drive directory),
@@ -10,3 +13,8 @@
 // 45-field form of PRIXLIST before CATNO as NVNV/PRIXLIST.OLD-FORM.DBF. Dates are relative to
 // `today`. Throws DbError when a table cannot be written.
 void writeDemoTables(const QString& root, const QDate& today = QDate::currentDate());
+
+// The fields of the newsletter index NVINDEX, in their order: NUMERO, ANNONCEUR (column 1),
+// DATEPUB, CATEGORIE, SUJET (column 4), FICHIER, LANGUE, PAGES, AUTEUR, RESUME, TEXTE (column
+// 10, the newsletter's text).
+QList<FieldDef> NewsletterFields();

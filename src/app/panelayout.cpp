@@ -1,9 +1,8 @@
-#include "mainwindow/panelayout.h"
+#include "app/panelayout.h"
 
 #include <cmath>
 
 namespace {
-const double SplitterRoom = 40;
 const double SplitterThickness = 85;
 } // namespace
 
@@ -19,15 +18,22 @@ PanePlacement PlacePanes(double innerWidth, double innerHeight, double widthFrac
     return p;
 }
 
+std::optional<LayoutFractions> FractionsOf(const PaneLayout& layout) {
+    if (layout.innerWidth <= 0 || layout.innerHeight <= 0)
+        return std::nullopt;
+    return LayoutFractions{(layout.firstPaneWidth + SplitterRoom) / layout.innerWidth,
+                           (layout.thirdPaneTop - SplitterRoom) / layout.innerHeight};
+}
+
 void PlaceSplitters(PanePlacement& p, double innerWidth) {
     p.splitter[0] = {p.pane[1].left - SplitterThickness, 0, SplitterThickness, p.pane[2].top - 80};
     p.splitter[1] = {0, p.pane[2].top - 90, innerWidth, SplitterThickness};
 }
 
 int TwipsToPixels(double twips, double dotsPerInch) {
-    return int(std::lround(twips * dotsPerInch / 1440.0));
+    return int(std::lround(twips * dotsPerInch / TwipsPerInch));
 }
 
 double PixelsToTwips(int pixels, double dotsPerInch) {
-    return pixels * 1440.0 / dotsPerInch;
+    return pixels * TwipsPerInch / dotsPerInch;
 }

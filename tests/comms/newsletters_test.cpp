@@ -1,0 +1,223 @@
+#include "comms/bulletinpage.h"
+
+#include "app/appstate.h"
+#include "dbase/dberror.h"
+#include "dbase/tablewriter.h"
+#include "support/scriptedprompter.h"
+#include "support/tempinstall.h"
+
+#include <QComboBox>
+#include <QFile>
+#include <QTest>
+#include <QTextBlock>
+#include <QTextEdit>
+#include <gtest/gtest.h>
+#include <ostream>
+
+static void PrintTo(const QString& text, std::ostream* out) {
+    *out << '"' << text.toStdString() << '"';
+}
+
+namespace {
+
+struct Newsletter {
+    QVariant advertiser;
+    QVariant subject;
+    QVariant text;
+};
+
+// NVINDEX as the maker sends it: eleven fields, the advertiser second, the subject fifth and
+// the text last.
+NewTable IndexTable(const QList<Newsletter>& newsletters) {
+    NewTable table;
+    table.fields = {{"NUMERO", 'C', 6, 0},     {"ANNONCEUR", 'C', 30, 0}, {"DATEPUB", 'D', 8, 0},
+                    {"CATEGORIE", 'C', 20, 0}, {"SUJET", 'C', 60, 0},     {"FICHIER", 'C', 12, 0},
+                    {"LANGUE", 'C', 2, 0},     {"PAGES", 'N', 3, 0},      {"AUTEUR", 'C', 30, 0},
+                    {"RESUME", 'C', 80, 0},    {"TEXTE", 'C', 254, 0}};
+    int number = 0;
+    for (const Newsletter& n : newsletters) {
+        table.rows << QVariantList{QString::number(++number),
+                                   n.advertiser,
+                                   QVariant(),
+                                   "Nouvelles",
+                                   n.subject,
+                                   "NV.TXT",
+                                   "FR",
+                                   1,
+                                   QVariant(),
+                                   QVariant(),
+                                   n.text};
+    }
+    return table;
+}
+
+class NewslettersTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        ResetAppState();
+        App().InfoPath = install.dir(QStringLiteral("NVINFO"));
+    }
+
+    void writeIndex(const QList<Newsletter>& newsletters) const {
+        writeNewTable(App().InfoPath + QStringLiteral("NVINDEX.DBF"), IndexTable(newsletters));
+    }
+
+    static QStringList items(const QComboBox* box) {
+        QStringList texts;
+        for (int i = 0; i < box->count(); ++i)
+            texts << box->itemText(i);
+        return texts;
+    }
+
+    QString shown() const { return page.rtxBulletins->toPlainText(); }
+
+    // The user picks an entry with the keys, as the mouse would.
+    static void choose(QComboBox* box, int index) {
+        box->setFocus();
+        if (box->currentIndex() > index)
+            box->setCurrentIndex(-1);
+        while (box->currentIndex() < index)
+            QTest::keyClick(box, Qt::Key_Down);
+    }
+
+    TempInstall install;
+    BulletinPage page;
+};
+
+// In file order; the index sorts them by advertiser and subject.
+const QList<Newsletter> Newsletters = {
+    {"WIX", "Filtres", "Texte WIX"},
+    {"BOSCH", "Pompes", "Texte pompes"},
+    {"BOSCH", "Bougies", "Texte bougies"},
+    {"GATES", "Courroies", QVariant()},
+    {QVariant(), "Sans annonceur", "Orphelin"},
+    {"BOSCH", "Freins", "Texte freins"},
+};
+
+TEST_F(NewslettersTest, TheIndexListsEachAdvertiserOnceAndShowsTheFirstNewsletter) {
+    writeIndex(Newsletters);
+    page.SetupBulletin();
+    EXPECT_EQ(page.BulletinRows().rowCount(), 6) << "every record is kept";
+    EXPECT_EQ(items(page.cmbAnnonceur), QStringList({"BOSCH", "GATES", "WIX"}))
+        << "records without an advertiser are under none";
+    EXPECT_EQ(page.cmbAnnonceur->currentIndex(), 0);
+    EXPECT_EQ(items(page.cmbSujet), QStringList({"Bougies", "Freins", "Pompes"}));
+    EXPECT_EQ(page.cmbSujet->currentIndex(), 0);
+    EXPECT_EQ(page.BulletinRows().value(AdvertiserColumn, page.FirstSubjectRow()), "BOSCH");
+    EXPECT_EQ(shown(), "Texte bougies");
+}
+
+TEST_F(NewslettersTest, ChoosingAnAdvertiserListsItsSubjectsAndChoosingASubjectShowsIt) {
+    writeIndex({{"ACME", "A", "Texte A"},
+                {"DAYCO", "Un", "Texte 1"},
+                {"DAYCO", "Trois", "Texte 3"},
+                {"DAYCO", "Deux", "Texte 2"}});
+    page.SetupBulletin();
+    ASSERT_EQ(shown(), "Texte A");
+
+    choose(page.cmbAnnonceur, 1);
+    EXPECT_EQ(items(page.cmbSujet), QStringList({"Deux", "Trois", "Un"}));
+    EXPECT_EQ(page.cmbSujet->currentIndex(), -1) << "no subject is chosen yet";
+    EXPECT_EQ(shown(), "Texte A") << "the former newsletter stays until a subject is chosen";
+
+    choose(page.cmbSujet, 2);
+    EXPECT_EQ(shown(), "Texte 1");
+    EXPECT_EQ(page.BulletinRows().value(TextColumn, page.FirstSubjectRow() + 2), "Texte 1");
+    choose(page.cmbSujet, 0);
+    EXPECT_EQ(shown(), "Texte 2");
+}
+
+TEST_F(NewslettersTest, AnAdvertiserWhoseRowsTheSortSplitsStillShowsTheChosenNewsletter) {
+    // Without blanks between them, "GATES" + "Z" sorts after "GATESB" + "X"; a record without
+    // subject sorts before all others, its whole key being Null.
+    writeIndex({{"GATES", "Z", "Texte Z"},
+                {"GATESB", "X", "Texte X"},
+                {"GATES", "A", "Texte A"},
+                {"GATES", QVariant(), "Texte vide"}});
+    page.SetupBulletin();
+    EXPECT_EQ(items(page.cmbAnnonceur), QStringList({"GATES", "GATESB"}));
+    EXPECT_EQ(items(page.cmbSujet), QStringList({"", "A", "Z"}));
+    EXPECT_EQ(shown(), "Texte vide");
+    choose(page.cmbSujet, 2);
+    EXPECT_EQ(shown(), "Texte Z");
+    choose(page.cmbAnnonceur, 1);
+    choose(page.cmbSujet, 0);
+    EXPECT_EQ(shown(), "Texte X");
+}
+
+TEST_F(NewslettersTest, RichTextIsShownFormattedAndOtherTextAsItIs) {
+    writeIndex({{"A", "1",
+                 "{\\rtf1{\\colortbl;\\red200\\green0\\blue0;}\\b\\cf1 Promo\\b0\\par "
+                 "Prix}"},
+                {"A", "2", "Texte {\\b brut}"},
+                {"A", "3", QVariant()}});
+    page.SetupBulletin();
+    EXPECT_EQ(shown(), "Promo\nPrix");
+    const QTextCharFormat promo =
+        page.rtxBulletins->document()->begin().begin().fragment().charFormat();
+    EXPECT_EQ(promo.fontWeight(), QFont::Bold);
+    EXPECT_EQ(promo.foreground().color(), QColor(200, 0, 0));
+
+    choose(page.cmbSujet, 1);
+    EXPECT_EQ(shown(), "Texte {\\b brut}");
+    choose(page.cmbSujet, 2);
+    EXPECT_EQ(shown(), "");
+}
+
+TEST_F(NewslettersTest, ReloadingAfterASessionStartsAgainFromTheFirstAdvertiser) {
+    writeIndex(Newsletters);
+    page.SetupBulletin();
+    choose(page.cmbAnnonceur, 2);
+    choose(page.cmbSujet, 0);
+    ASSERT_EQ(shown(), "Texte WIX");
+
+    writeIndex({{"AUTOLITE", "Nouveau", "Texte nouveau"}, {"WIX", "Filtres", "Texte WIX"}});
+    page.SetupBulletin();
+    EXPECT_EQ(items(page.cmbAnnonceur), QStringList({"AUTOLITE", "WIX"}));
+    EXPECT_EQ(page.cmbAnnonceur->currentIndex(), 0);
+    EXPECT_EQ(items(page.cmbSujet), QStringList({"Nouveau"}));
+    EXPECT_EQ(shown(), "Texte nouveau");
+}
+
+TEST_F(NewslettersTest, AnIndexThatCannotBeReadLeavesTheListsAsTheyWere) {
+    writeIndex(Newsletters);
+    page.SetupBulletin();
+
+    ScriptedPrompter prompts;
+    prompts.expectMessage(QStringLiteral("errSetupBulletin: 3021 Either BOF or EOF is True, or "
+                                         "the current record has been deleted. Requested "
+                                         "operation requires a current record."));
+    writeIndex({});
+    page.SetupBulletin();
+    EXPECT_EQ(items(page.cmbAnnonceur), QStringList({"BOSCH", "GATES", "WIX"}));
+    EXPECT_EQ(shown(), "Texte bougies");
+
+    prompts.expectMessageMatching(
+        QStringLiteral("^errSetupBulletin: %1 .*NVINDEX").arg(DbErrors::NoSuchTable));
+    ASSERT_TRUE(QFile::remove(App().InfoPath + QStringLiteral("NVINDEX.DBF")));
+    page.SetupBulletin();
+    EXPECT_EQ(page.BulletinRows().rowCount(), 6);
+    EXPECT_EQ(items(page.cmbSujet), QStringList({"Bougies", "Freins", "Pompes"}));
+    EXPECT_TRUE(prompts.done());
+}
+
+TEST_F(NewslettersTest, AnIndexWithoutAdvertisersEmptiesTheListsAndSaysSo) {
+    writeIndex(Newsletters);
+    page.SetupBulletin();
+    ScriptedPrompter prompts;
+    prompts.expectMessage(QStringLiteral("errSetupBulletin: 380 Invalid property value"));
+    writeIndex({{QVariant(), "Seul", "Texte"}});
+    page.SetupBulletin();
+    EXPECT_EQ(page.cmbAnnonceur->count(), 0);
+    EXPECT_EQ(page.cmbSujet->count(), 0);
+}
+
+TEST_F(NewslettersTest, UpdateModeReadsNothing) {
+    App().UpdateMode = true;
+    ScriptedPrompter noBox; // NVINDEX is missing, yet nothing is said
+    page.SetupBulletin();
+    EXPECT_EQ(page.cmbAnnonceur->count(), 0);
+    EXPECT_EQ(page.BulletinRows().rowCount(), 0);
+}
+
+} // namespace

@@ -1,0 +1,105 @@
+#pragma once
+
+#include "arjarchive.h"
+#include "demotables.h"
+#include "support/tempinstall.h"
+
+#include "dbase/connection.h"
+#include "dbase/recordset.h"
+
+#include <QDir>
+#include <QFile>
+#include <QProcess>
+#include <gtest/gtest.h>
+
+struct ItemRow {
+    int position = 0; // 1-based, table order
+    QString fichier;
+    QVariant dateEff;
+    QVariant dateStk;
+};
+
+// A temporary installation with the demo tables and the stand-in service program in its data
+// directory, as the start-up leaves it.
+class ServiceInstallTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        writeDemoTables(install.drive(), today);
+        const QString built = QStringLiteral(MERCANTEL_BINARY_DIR "/src/") + HiddenName;
+        ASSERT_TRUE(QFile::copy(built, data() + HiddenName)) << built.toStdString();
+        QFile::setPermissions(data() + HiddenName, QFile::permissions(built));
+    }
+
+    QString data() const { return install.dir(QStringLiteral("NVNV")); }
+    QString prg() const { return install.dir(QStringLiteral("PRG")); }
+    QString info() const { return install.dir(QStringLiteral("NVINFO")); }
+
+    // Runs the service program as the desktop program does; returns its exit status.
+    int run(const QStringList& arguments) {
+        QProcess service;
+        service.start(data() + HiddenName, arguments);
+        EXPECT_TRUE(service.waitForFinished(60000));
+        return service.exitCode();
+    }
+
+    QStringList logLines() const {
+        QFile log(data() + QStringLiteral("NVSERV.LOG"));
+        if (!log.open(QIODevice::ReadOnly | QIODevice::Text))
+            return {};
+        QStringList lines;
+        for (const QByteArray& line : log.readAll().split('\n'))
+            if (!line.isEmpty())
+                lines << QString::fromUtf8(line.mid(line.indexOf('\t') + 1));
+        return lines;
+    }
+
+    // Every row of a table: position, FICHIER and the two dates.
+    QList<ItemRow> rows(const QString& table) const {
+        Connection connection;
+        connection.open(data());
+        Recordset rs;
+        rs.open(table, connection, CursorType::Static, LockType::ReadOnly);
+        QList<ItemRow> all;
+        for (rs.moveFirst(); !rs.eof(); rs.moveNext())
+            all << ItemRow{rs.absolutePosition(), rs.value("FICHIER").toString(),
+                           rs.value("DATEEFF"), rs.value("DATESTK")};
+        return all;
+    }
+
+    // The first activated row whose dates differ.
+    ItemRow toUpdate(const QString& table) const {
+        for (const ItemRow& row : rows(table))
+            if (row.dateStk != row.dateEff && row.dateEff.toDate() <= today &&
+                !row.dateEff.isNull())
+                return row;
+        ADD_FAILURE() << "no row to update in " << table.toStdString();
+        return {};
+    }
+
+    QStringList versions() const {
+        Connection connection;
+        connection.open(prg());
+        Recordset rs;
+        rs.open("NVVERS", connection, CursorType::Static, LockType::ReadOnly);
+        QStringList all;
+        for (rs.moveFirst(); !rs.eof(); rs.moveNext())
+            all << rs.value("NVVERSION").toString();
+        return all;
+    }
+
+    static ArchiveMember member(const QString& name, const QByteArray& content) {
+        return {name, content};
+    }
+    static QByteArray manifest(const QString& fichier, const QByteArray& extra = {}) {
+        return "FICHIER=" + fichier.toLatin1() + "\r\n" + extra;
+    }
+
+    // Files of a directory other than the tables and programs the installation started with.
+    static QStringList strays(const QString& dir) {
+        return QDir(dir).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);
+    }
+
+    const QString HiddenName = install.serviceProgramName();
+    const QDate today{2026, 11, 23};
+    TempInstall install;
+};
