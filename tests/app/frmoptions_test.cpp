@@ -120,8 +120,7 @@ TEST_F(OptionsTest, DefaultThenCancelChangesNothing) {
 TEST_F(OptionsTest, AWrongPortOrNoHostIsRefusedAndNothingIsSaved) {
     const QString portMessage = QStringLiteral("Port invalide. Inscrivez un nombre de 1 à 65535.");
     for (const QString& typed :
-         {QStringLiteral("0"), QStringLiteral("65536"), QStringLiteral("70000"),
-          QStringLiteral("-5"), QStringLiteral("20x1"), QString()}) {
+         {QStringLiteral("0"), QStringLiteral("65536"), QStringLiteral("20x1")}) {
         frmOptions dialog;
         showWithFocusInDirectory(dialog);
         dialog.cmbLangue->setCurrentIndex(1);
