@@ -11,7 +11,7 @@ set(guide_source ${PROJECT_SOURCE_DIR}/docs/guide)
 set(icons_source ${PROJECT_SOURCE_DIR}/resources/icons)
 
 # F1 finds the guide beside the built program as well as in an installed one.
-add_custom_target(guide ALL
+add_custom_target(user-guide ALL
     COMMAND ${CMAKE_COMMAND} -E copy_directory ${guide_source} $<TARGET_FILE_DIR:mercantel>/guide
     COMMENT "Copying the user guide beside the program")
 
