@@ -58,8 +58,10 @@ bool rebuildAndEnd() {
 
 // False when the user refused the conversion: the program ends.
 bool convertWhenOld() {
-    if (rsPrixList.fieldCount() >= ConvertedFieldCount)
+    if (rsPrixList.fieldCount() >= ConvertedFieldCount) {
+        FinishConversion(connData);
         return true;
+    }
     if (MsgBox(LoadText(80), Buttons::OkCancel) != Answer::Ok) {
         MsgBox(LoadText(82));
         App().QuitWithoutAsking = true;

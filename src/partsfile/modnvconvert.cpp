@@ -246,6 +246,12 @@ int PrixListFieldCount(Connection& data) {
     return rs.fieldCount();
 }
 
+void FinishConversion(Connection& data) {
+    for (const QString& table : {WorkTable, SavedCategories})
+        if (tableExists(data, table))
+            deleteTable(data, table);
+}
+
 void SwapProgramFile(const QString& dataDir, ConversionObserver& observer) {
     const QString pending = ResolveInstallPath(dataDir, QStringLiteral("MERCANTE.NEW"));
     if (!FileOp(QString(), pending))

@@ -51,6 +51,10 @@ inline constexpr int ConvertedFieldCount = 46;
 // The number of fields of PRIXLIST in the connection's directory.
 int PrixListFieldCount(Connection& data);
 
+// Work tables that an interrupted rebuild, or a conversion interrupted after its replacement of
+// PRIXLIST, left behind are removed; PRIXLIST itself is whole and converted by then.
+void FinishConversion(Connection& data);
+
 // A new program file left in the data directory replaces MERCANTE.EXE.
 void SwapProgramFile(const QString& dataDir, ConversionObserver& observer);
 
