@@ -186,7 +186,7 @@ TEST_F(KillTest, AStoppedRebuildLosesNothing) {
 }
 
 TEST_F(KillTest, AKillAtFiftyRandomMomentsLosesNothing) {
-    prepare(600, 24, 30);
+    prepare(400, 16, 24);
     QElapsedTimer clock;
     clock.start();
     ASSERT_EQ(install.convert().status, 0);

@@ -10,6 +10,8 @@
 //
 // NVSERVICE_DELAY_MS, when set, makes every call take that many milliseconds before it logs
 // and ends (to watch the desktop program wait, in tests and in the demo).
+#include "partsops.h"
+
 #include <QCoreApplication>
 #include <QDateTime>
 #include <QFile>
@@ -50,5 +52,7 @@ int main(int argc, char** argv) {
     delayIfAsked();
     if (!appendLog(arguments))
         return 2;
-    return 0;
+    const QString operation = arguments.value(0);
+    return IsPartsOperation(operation) && !RunPartsOperation(operation, InstallationPrgDir()) ? 1
+                                                                                              : 0;
 }
