@@ -2,6 +2,7 @@
 #include "app/mdifrmmain.h"
 #include "app/startup.h"
 #include "mainwindow/programwiring.h"
+#include "partsfile/modnvconvert.h"
 
 #include <QApplication>
 #include <QProcess>
@@ -11,7 +12,8 @@ int main(int argc, char** argv) {
     QApplication::setOrganizationName(QStringLiteral("Norvale Systems"));
 
     MDIfrmMain* frame = nullptr;
-    const StartupHooks hooks = ProgramStartupHooks(frame);
+    StartupHooks hooks = ProgramStartupHooks(frame);
+    hooks.convert = [](bool forced) { return modNVConvert::Convert(forced); };
     const StartupEnvironment environment{QCoreApplication::applicationDirPath(), CRegSettings(),
                                          [](const QString& program, const QString& dir) {
                                              return QProcess::startDetached(program, {}, dir);

@@ -32,8 +32,19 @@ template <typename Window> Window* openWindow() {
 class SplashProgress final : public ConversionObserver {
 public:
     void progress(int percent) override {
-        if (frmSplash* splash = openWindow<frmSplash>())
-            splash->Label1->setText(ProgressText(percent));
+        frmSplash* splash = openWindow<frmSplash>();
+        if (!splash)
+            return;
+        QLabel* status = splash->Label1;
+        status->setText(ProgressText(percent));
+        // The label is sized for its start-up text; the progress is longer. It grows to the
+        // left, its right edge staying where it is.
+        const int needed = status->sizeHint().width();
+        if (needed > status->width()) {
+            QRect place = status->geometry();
+            place.setLeft(place.right() + 1 - needed);
+            status->setGeometry(place);
+        }
     }
     void letEventsRun() override { DoEvents(); }
 };
