@@ -128,12 +128,24 @@ TEST_F(FrmStockTest, TheReplacementWritesTheRowsAsTypedAndRefusesTheSameSequence
 }
 
 TEST_F(FrmStockTest, ARenumberedPartIsFoundUnderItsNewNumber) {
+    // A search that has the files open while the service program works reads the old pair.
+    QFile index(App().PrgPath + "STOCK.NTX");
+    QFile table(App().PrgPath + "STOCK.DBF");
+    ASSERT_TRUE(index.open(QIODevice::ReadOnly) && table.open(QIODevice::ReadOnly));
+
     frmStock dialog(nullptr);
     type(dialog, {"", "ABC"}, {"", "QRS9"});
     ScriptedPrompter nothingAsked;
     dialog.cmdRemplaceClick();
     EXPECT_THAT(found("QRS"), ElementsAre("QRS9"));
     EXPECT_THAT(found("ABC"), ElementsAre("ABC1"));
+
+    QStringList meanwhile;
+    qint32 lines = 50;
+    EXPECT_TRUE(modNTX::ScanStock(index, table, "ABC", lines, [&meanwhile](const QString& line) {
+                    meanwhile << line.left(15).trimmed();
+                }).ok());
+    EXPECT_THAT(meanwhile.mid(1), ElementsAre("ABC", "ABC1"));
 }
 
 TEST_F(FrmStockTest, TheDeletionRemovesThePartsAndSaysDone) {
