@@ -4,6 +4,7 @@
 #include "app/mdifrmmain.h"
 #include "data/moddata.h"
 #include "mainwindow/frmmain.h"
+#include "partsfile/modnvconvert.h"
 
 namespace {
 
@@ -36,6 +37,7 @@ StartupHooks programStartupHooks(MDIfrmMain*& frame, const CRegSettings& setting
     StartupHooks hooks;
     hooks.openData = OpenData;
     hooks.detectInstal = MPDetectInstal;
+    hooks.convert = [](bool forced) { return modNVConvert::Convert(forced); };
     hooks.showMainWindow = [&frame, settings] { showMainWindow(frame, settings); };
     return hooks;
 }
