@@ -1,4 +1,5 @@
 #include "convertlistsrun.h"
+#include "standardoptions.h"
 
 #include "app/appstate.h"
 #include "app/fileop.h"
@@ -116,17 +117,10 @@ int usage(const QString& why) {
 } // namespace
 
 int RunConvertLists(const QStringList& arguments, ConversionObserver* steps) {
+    if (const std::optional<int> answered = AnswerStandardOptions(arguments, "convertlists", Usage))
+        return *answered;
     Options options;
     for (const QString& argument : arguments) {
-        if (argument == u"--help") {
-            std::fputs(Usage, stdout);
-            return ConvertListsDone;
-        }
-        if (argument == u"--version") {
-            const ProgramVersion v = CurrentVersion();
-            std::printf("convertlists %d.%d.%d\n", v.major, v.minor, v.revision);
-            return ConvertListsDone;
-        }
         if (argument == u"--force")
             options.force = true;
         else if (argument == u"--english")
