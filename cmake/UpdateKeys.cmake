@@ -15,17 +15,12 @@ if(NOT update_key_files)
 endif()
 
 set(update_key_text "")
-set(MERCANTEL_DEMO_KEY_ACCEPTED OFF)
-file(READ ${PROJECT_SOURCE_DIR}/resources/keys/demo.public demo_key_text)
 foreach(key_file ${update_key_files})
     get_filename_component(key_path ${key_file} ABSOLUTE BASE_DIR ${PROJECT_SOURCE_DIR})
     if(NOT EXISTS ${key_path})
         message(FATAL_ERROR "MERCANTEL_UPDATE_KEYS: no key list ${key_path}")
     endif()
     file(READ ${key_path} key_text)
-    if(key_text STREQUAL demo_key_text)
-        set(MERCANTEL_DEMO_KEY_ACCEPTED ON)
-    endif()
     string(APPEND update_key_text "${key_text}\n")
     set_property(DIRECTORY ${PROJECT_SOURCE_DIR} APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${key_path})
 endforeach()
@@ -35,7 +30,12 @@ file(CONFIGURE OUTPUT ${update_keys_include}
 message(STATUS "Program updates accepted from the keys of: ${update_key_files}")
 
 # A package for dealers must never accept the demo key, whose secret half is public.
-if(MERCANTEL_DEMO_KEY_ACCEPTED)
+file(STRINGS ${PROJECT_SOURCE_DIR}/resources/keys/demo.public demo_key REGEX "^[0-9a-fA-F]")
+string(REGEX MATCH "^[0-9a-fA-F]+" demo_key "${demo_key}")
+string(TOLOWER "${update_key_text}" accepted_keys)
+string(TOLOWER "${demo_key}" demo_key)
+string(FIND "${accepted_keys}" "${demo_key}" demo_key_at)
+if(NOT demo_key_at EQUAL -1)
     install(CODE "message(FATAL_ERROR \"This build accepts program updates signed with the demo \
 key. Configure a build of its own for the package: -DCMAKE_BUILD_TYPE=Release \
 -DMERCANTEL_UPDATE_KEYS=resources/keys/maker.public\")")
