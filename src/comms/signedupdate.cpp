@@ -104,8 +104,7 @@ SignedUpdateCheck check(QFile& file, const KeyRing& keys, QIODevice* sink) {
     if (const SignedUpdateReason r = streamBody(file, parts.bodySize, state, sink);
         r != SignedUpdateReason::Valid)
         return {r, {}};
-    auto* signature = reinterpret_cast<unsigned char*>(parts.signature.data());
-    if (crypto_sign_final_verify(&state, signature, bytes(key->publicKey)) != 0)
+    if (crypto_sign_final_verify(&state, bytes(parts.signature), bytes(key->publicKey)) != 0)
         return {SignedUpdateReason::BadSignature, {}};
     return {SignedUpdateReason::Valid, key->name};
 }
