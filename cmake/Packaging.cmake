@@ -1,6 +1,8 @@
 # Installation of the program and its Debian package:
-#     cmake --build build/release --target package
-# gives build/release/mercantel_<version>_<arch>.deb. Everything goes to the usual places of a
+#     cmake -S . -B build/package -G Ninja -DCMAKE_BUILD_TYPE=Release -DMERCANTEL_TESTS=OFF
+#     cmake --build build/package --target package
+# gives build/package/mercantel_<version>_<arch>.deb (a build that accepts the demo update key,
+# such as the demo's, refuses to package). Everything goes to the usual places of a
 # desktop system: the programs in bin, the menu entry and its icon in the shared applications
 # and the hicolor icon theme, the user guide in the program's shared data (F1 opens it from
 # there), the copyright and changelog in its doc folder.
