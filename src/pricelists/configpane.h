@@ -42,7 +42,7 @@ private:
 class ConfigPane : public QWidget {
     Q_OBJECT
 public:
-    static constexpr int FieldCount = 46; // PRIXLIST fields 0 to 45
+    static constexpr int FieldCount = PrixField::Count;
 
     explicit ConfigPane(QWidget* parent = nullptr);
 

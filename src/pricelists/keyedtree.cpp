@@ -17,6 +17,17 @@ constexpr int FileCodeRole = Qt::UserRole + 3;
 
 } // namespace
 
+QString TreeErrors::description(qint64 number) {
+    switch (number) {
+    case ElementNotFound:
+        return QStringLiteral("Element not found");
+    case KeyNotUnique:
+        return QStringLiteral("Key is not unique in collection");
+    default:
+        return {};
+    }
+}
+
 // A node that tells its tree when its check state changes.
 class TreeNode final : public QTreeWidgetItem {
 public:

@@ -10,6 +10,14 @@
 #include <QList>
 #include <QTreeWidget>
 
+// The errors of the tree control that the program names by number.
+namespace TreeErrors {
+inline constexpr qint64 ElementNotFound = 35601; // no node has the key asked for
+inline constexpr qint64 KeyNotUnique = 35602;    // a node already has the key given
+// The control's description of the error.
+QString description(qint64 number);
+} // namespace TreeErrors
+
 class KeyedTree : public QTreeWidget {
     Q_OBJECT
 public:

@@ -81,15 +81,15 @@ TEST_F(MainWindowFixture, LabelPutsTheCaptionsOfTheChosenLanguage) {
     main->Load();
     EXPECT_EQ(main->tbsInfo->tabText(0), QStringLiteral("Téléchargement"));
     EXPECT_EQ(main->tbsInfo->tabText(3), QStringLiteral("Pièces"));
-    EXPECT_EQ(main->lblMenu[0]->text(), QStringLiteral("Sélectionner"));
-    EXPECT_EQ(main->lblMenu[2]->text(), QStringLiteral("Options"));
+    EXPECT_EQ(main->Picture1->lblMenu[0]->text(), QStringLiteral("Sélectionner"));
+    EXPECT_EQ(main->Picture1->lblMenu[2]->text(), QStringLiteral("Options"));
     EXPECT_EQ(main->downloadPage->cmdOK->toolTip(), QStringLiteral("Télécharger"));
 
     App().Settings.Nation = 2000;
     frmMain english;
     english.Load();
     EXPECT_EQ(english.tbsInfo->tabText(2), QStringLiteral("Newsletters"));
-    EXPECT_EQ(english.lblMenu[1]->text(), QStringLiteral("Deactivate"));
+    EXPECT_EQ(english.Picture1->lblMenu[1]->text(), QStringLiteral("Deactivate"));
     EXPECT_EQ(english.downloadPage->lblCHK[4]->text(), QStringLiteral("Partdex"));
 }
 
@@ -98,18 +98,18 @@ TEST_F(MainWindowFixture, LabelGivesEveryCaptionItsNumberedText) {
     frmMain english;
     english.Load();
     const auto text = [](int k) { return MessageCatalogue::text(2000 + k); };
-    const ListTreePane& lists = *english.priceLists->listPane;
+    const ListTreePane& lists = *english.listPane;
     EXPECT_EQ(lists.lblTvw->text(),
               text(62) + QString(60, u' ') + QStringLiteral("Code") + QString(3, u' ') + text(63));
     for (int i = 0; i < 4; ++i)
         EXPECT_EQ(lists.tbsList->tabText(i), text(2 + i)) << "list tab " << i;
-    EXPECT_EQ(english.priceLists->catPane->tbsCat->tabText(0), text(6));
-    EXPECT_EQ(english.priceLists->catPane->tbsCat->tabText(1), text(41));
+    EXPECT_EQ(english.catPane->tbsCat->tabText(0), text(6));
+    EXPECT_EQ(english.catPane->tbsCat->tabText(1), text(41));
     const int infoTabs[] = {1, 7, 9, 8};
     for (int i = 0; i < 4; ++i)
         EXPECT_EQ(english.tbsInfo->tabText(i), text(infoTabs[i])) << "information tab " << i;
 
-    const ConfigPane& config = *english.priceLists->configPane;
+    const ConfigPane& config = *english.configPane;
     const std::pair<int, int> fields[] = {{5, 10}, {44, 63}, {3, 11}, {4, 12}, {16, 13}, {20, 14}};
     for (const auto& [field, k] : fields)
         EXPECT_EQ(config.lblConfig[field]->text(), text(k)) << "lblConfig " << field;
@@ -143,7 +143,7 @@ TEST_F(MainWindowFixture, LabelGivesEveryCaptionItsNumberedText) {
     EXPECT_EQ(english.bulletinPage->lblSujet->text(), text(119));
     const int menu[] = {120, 121, 126, 123, 124};
     for (int i = 0; i < 5; ++i)
-        EXPECT_EQ(english.lblMenu[i]->text(), text(menu[i])) << "lblMenu " << i;
+        EXPECT_EQ(english.Picture1->lblMenu[i]->text(), text(menu[i])) << "lblMenu " << i;
 }
 
 TEST_F(MainWindowFixture, ClosingAsksUnlessATransferRunsOrTheProgramMustQuit) {
@@ -279,7 +279,7 @@ TEST_F(MainWindowFixture, ComingBackFromAnotherProgramLeavesTheWindowAsTheUserLe
 TEST_F(MainWindowFixture, UpdateModeDisablesTheCommandsAndUpdateChoices) {
     App().UpdateMode = true;
     main->Load();
-    for (QLabel* button : main->picMenu)
+    for (QLabel* button : main->Picture1->picMenu)
         EXPECT_FALSE(button->isEnabled());
     for (auto* box : main->downloadPage->chkMAJ)
         EXPECT_FALSE(box->isEnabled());

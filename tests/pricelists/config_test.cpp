@@ -32,12 +32,12 @@ QList<CatalogueRow> catalogues() {
 void show(ListFixture& f, const QString& key) {
     KeyedTree& tree = f.list(0);
     tree.selectNode(tree.node(key));
-    f.ui->interactions().Nodeclick(0, tree.node(key));
+    f.ui->Nodeclick(0, tree.node(key));
 }
 
 // The user replaces the group code by typing.
 void editGroupCode(ListFixture& f, const QString& text) {
-    ConfigField* field = f.ui->configPane->txtConfig[PrixField::CodeGro];
+    ConfigField* field = f.configPane->txtConfig[PrixField::CodeGro];
     field->setFocus();
     field->selectAll();
     field->del();
@@ -56,16 +56,16 @@ TEST(Config, AnEmptyOrZeroCostLevelIsSavedAsThree) {
     f.ui->refresh();
     show(f, "L000");
     EXPECT_EQ(f.storedField("AAA", "COUTDE").toDouble(), 3.0);
-    EXPECT_TRUE(f.ui->configPane->optDe[2]->isChecked());
+    EXPECT_TRUE(f.configPane->optDe[2]->isChecked());
     show(f, "L001");
     EXPECT_EQ(f.storedField("BBB", "COUTDE").toDouble(), 3.0);
     show(f, "L002");
     EXPECT_EQ(f.storedField("CCC", "COUTDE").toDouble(), 2.0);
-    EXPECT_TRUE(f.ui->configPane->optDe[1]->isChecked());
+    EXPECT_TRUE(f.configPane->optDe[1]->isChecked());
     EXPECT_EQ(f.state.ConfigDirty, Dirty::None);
 
     // Choosing another level marks the row as changed.
-    f.ui->configPane->optDe[0]->click();
+    f.configPane->optDe[0]->click();
     EXPECT_EQ(f.state.ConfigDirty, Dirty::Pane);
     EXPECT_EQ(f.rsPrixList.value(PrixField::CoutDe).toDouble(), 1.0);
 }
@@ -74,7 +74,7 @@ TEST(Config, TypedKeysFollowTheFieldRules) {
     ListFixture f(lists(), catalogues());
     f.ui->refresh();
     show(f, "L002");
-    ConfigPane& pane = *f.ui->configPane;
+    ConfigPane& pane = *f.configPane;
     ConfigField* code = pane.txtConfig[PrixField::CodeGro];
     code->setText("");
     code->setFocus();
@@ -116,13 +116,13 @@ TEST(Config, AnsweringNoRestoresTheFieldDropsTheChangesAndUnchecksEveryList) {
     show(f, "L002");
     editGroupCode(f, "ZZ");
     ASSERT_EQ(f.state.ConfigDirty, Dirty::Pane);
-    ASSERT_EQ(QApplication::focusWidget(), f.ui->configPane->txtConfig[PrixField::CodeGro]);
+    ASSERT_EQ(QApplication::focusWidget(), f.configPane->txtConfig[PrixField::CodeGro]);
     {
         ScriptedPrompter prompts;
         expectSaveQuestion(prompts, Answer::No);
         EXPECT_TRUE(!f.ui->saveIfDirty());
     }
-    EXPECT_EQ(f.ui->configPane->txtConfig[PrixField::CodeGro]->text(), "CH");
+    EXPECT_EQ(f.configPane->txtConfig[PrixField::CodeGro]->text(), "CH");
     EXPECT_EQ(f.storedField("CCC", "CODEGRO").toString(), "CH");
     EXPECT_EQ(f.state.ConfigDirty, Dirty::None);
     EXPECT_EQ(f.state.ListMarks.selectedCount(), 0);
@@ -172,7 +172,7 @@ TEST(Config, AnEmptiedRequiredGroupCodeIsRefusedWithItsListAsTitle) {
     {
         ScriptedPrompter prompts;
         expectSaveQuestion(prompts, Answer::Yes);
-        EXPECT_TRUE(f.ui->config().SauveChange(f.state.ConfigDirty));
+        EXPECT_FALSE(f.ui->saveIfDirty());
     }
     EXPECT_TRUE(f.storedField("BBB", "CODEGRO").isNull());
 }
@@ -186,7 +186,7 @@ TEST(Config, ABatchOfActivationsIsWrittenAtOnce) {
     {
         ScriptedPrompter prompts;
         expectSaveQuestion(prompts, Answer::Yes);
-        EXPECT_TRUE(f.ui->config().SauveChange(Dirty::Batch));
+        f.ui->saveChanges();
     }
     EXPECT_EQ(f.storedField("BBB", "FOURNIS").toString(), "NORVALE");
 }
@@ -195,7 +195,7 @@ TEST(Config, ThePaneShowsTheListClickedAndMarksEveryKindOfEdit) {
     ListFixture f(lists(), catalogues());
     f.ui->refresh();
     show(f, "L002");
-    ConfigPane& pane = *f.ui->configPane;
+    ConfigPane& pane = *f.configPane;
     EXPECT_EQ(pane.txtConfig[PrixField::CodeGro]->text(), "CH");
     EXPECT_EQ(pane.txtConfig[PrixField::DateEff]->text(), "2026.02.01");
     EXPECT_TRUE(pane.chkCH[0]->isChecked());
