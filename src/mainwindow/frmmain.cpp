@@ -263,6 +263,8 @@ bool frmMain::KeyDown(int key, Qt::KeyboardModifiers modifiers) {
         return true;
     }
     if (key == Qt::Key_F5) {
+        if (!priceLists->commitTyped())
+            return true;
         // The focus landing on the tree may already have offered to save.
         focusListTree();
         priceLists->saveIfDirty();
@@ -302,6 +304,8 @@ bool frmMain::QueryUnload() {
     AppState& app = App();
     try {
         if (downloadPage->cmdOK->text() == LoadText(116))
+            return false;
+        if (!priceLists->commitTyped())
             return false;
         BindConfig(false);
         priceLists->saveIfDirty();

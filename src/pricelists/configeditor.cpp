@@ -7,6 +7,9 @@
 #include "pricelists/configpane.h"
 #include "pricelists/runguarded.h"
 
+#include <QApplication>
+#include <QMouseEvent>
+
 namespace {
 
 const ErrorHandler PaneErrors{QStringLiteral("errConfig: ")};
@@ -16,10 +19,17 @@ const ErrorHandler SaveErrors{QStringLiteral("ErrSauveChange: ")};
 
 ConfigEditor::ConfigEditor(ConfigPane& pane, PriceListState& state, Tables tables)
     : pane_(pane), state_(state), tables_(tables) {
-    for (ConfigField* field : pane.txtConfig)
-        if (field)
-            field->setKeyFilter(
-                [this](ConfigField* f, QChar typed) { return txtConfigKeyPress(f, typed); });
+    for (ConfigField* field : pane.txtConfig) {
+        if (!field)
+            continue;
+        field->setKeyFilter(
+            [this](ConfigField* f, QChar typed) { return txtConfigKeyPress(f, typed); });
+        field->setLeaveHandler([this](ConfigField* f) {
+            if (tables_.binding)
+                tables_.binding->commit(f);
+        });
+    }
+    qApp->installEventFilter(this);
     for (int k = 0; k < 3; ++k)
         connect(pane.optDe[k], &QRadioButton::clicked, this, [this, k] { optDeValidate(k); });
     registerControls();
@@ -42,6 +52,47 @@ void ConfigEditor::registerControls() {
     for (int k = 0; k < 3; ++k)
         binding->addCheckBox(pane.chkCH[k], PrixField::ChDesc1 + k);
     connect(binding, &FieldBinding::edited, this, [this](int field) { fieldEdited(field); });
+    connect(binding, &FieldBinding::editRefused, this, [this](int field) { refuse(field); });
+}
+
+bool ConfigEditor::commitTyped() {
+    return !tables_.binding || tables_.binding->commit();
+}
+
+// The field keeps the focus (taken back at once when it was leaving) and what was typed; the
+// message says what the field takes.
+void ConfigEditor::refuse(int field) {
+    if (ConfigField* box =
+            field >= 0 && field < PrixField::Count ? pane_.txtConfig[field] : nullptr)
+        box->setFocus();
+    int message = 148;
+    switch (tables_.rsPrixList.field(field).type) {
+    case 'D':
+        message = 146;
+        break;
+    case 'N':
+    case 'F':
+        message = 147;
+        break;
+    default:
+        break;
+    }
+    MsgBox(LoadText(message), Buttons::Ok, Icon::Warning);
+}
+
+// Looked at as the window system delivers the press, before any control takes the focus.
+bool ConfigEditor::eventFilter(QObject* watched, QEvent* event) {
+    const bool press =
+        event->type() == QEvent::MouseButtonPress || event->type() == QEvent::MouseButtonDblClick;
+    if (!press || !watched->isWindowType() || !tables_.binding)
+        return false;
+    auto* field = qobject_cast<ConfigField*>(QApplication::focusWidget());
+    if (!field || field->window() != pane_.window() || !tables_.binding->hasTyped(field))
+        return false;
+    const auto* mouse = static_cast<QMouseEvent*>(event);
+    if (QApplication::widgetAt(mouse->globalPosition().toPoint()) == field)
+        return false;
+    return !tables_.binding->commit(field);
 }
 
 void ConfigEditor::fieldEdited(int field) {

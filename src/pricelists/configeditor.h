@@ -25,6 +25,10 @@ public:
     };
     ConfigEditor(ConfigPane& pane, PriceListState& state, Tables tables);
 
+    // Writes what was typed in the pane into the current row. A value its field cannot hold is
+    // refused at once with a message; its field keeps the focus and the text. False then.
+    bool commitTyped();
+
     // Handlers of the pane's controls (connected to them; tests may call them directly).
     ConfigKey txtConfigKeyPress(ConfigField* field, QChar typed);
     void txtConfigChange(int index); // the user changed the text of txtConfig(index)
@@ -42,8 +46,13 @@ public:
     // the changes were written. The trees are the caller's to rebuild.
     bool SauveChange(qint16 mode, QWidget* focused);
 
+protected:
+    // A press elsewhere in the window while a field holds a value it cannot take goes nowhere.
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
 private:
     void registerControls();
+    void refuse(int field);
     void fieldEdited(int field);
     void restoreFocusedControl(QWidget* focused);
     bool saveRow();

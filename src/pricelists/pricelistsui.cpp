@@ -42,7 +42,13 @@ void PriceListsUi::refresh() {
         interactions_->tvwCatNodeClick(restored.catalogue.tree, restored.catalogue.node);
 }
 
+bool PriceListsUi::commitTyped() {
+    return config_->commitTyped();
+}
+
 void PriceListsUi::saveChanges() {
+    if (!commitTyped())
+        return;
     QWidget* focused = QApplication::focusWidget();
     KeyedTree* tree = panes_.lists.tvwList.at(state_.CurrentListTab);
     tree->setEnabled(false);

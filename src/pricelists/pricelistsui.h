@@ -56,8 +56,12 @@ public:
     // shown in the configuration pane.
     void refresh();
     // SauveChange for what is pending, then the refresh, the list tree shown given the focus
-    // again: the one place where pending changes are saved.
+    // again: the one place where pending changes are saved. Nothing happens while a value
+    // typed in the configuration pane is refused (its field keeps the focus).
     void saveChanges();
+    // Writes what was typed in the configuration pane into the current row; false (after
+    // telling the user) when its field cannot hold it.
+    bool commitTyped();
     // Runs saveChanges() when the configuration pane or an activation left changes pending;
     // true when nothing was pending (the command may go on).
     bool saveIfDirty();

@@ -12,6 +12,7 @@
 
 #include <QApplication>
 #include <QTest>
+#include <QWindow>
 #include <gtest/gtest.h>
 
 namespace {
@@ -43,6 +44,12 @@ void editGroupCode(ListFixture& f, const QString& text) {
     field->del();
     for (QChar c : text)
         QTest::keyClick(field, c.toLatin1());
+}
+
+// A point on the text of a node, well clear of its check box.
+QPoint onText(KeyedTree& tree, QTreeWidgetItem* node) {
+    const QRect box = tree.checkBoxRect(node);
+    return {box.right() + 60, box.center().y()};
 }
 
 void expectSaveQuestion(ScriptedPrompter& prompts, Answer answer) {
@@ -261,4 +268,56 @@ TEST(Config, TheQuestionIsAskedWithTheTreeDisabledUnderTheHourglass) {
     EXPECT_TRUE(f.list(0).isEnabled());
     EXPECT_TRUE(f.list(0).hasFocus());
     EXPECT_EQ(f.window->cursor().shape(), Qt::ArrowCursor);
+}
+
+// A value its field cannot hold is refused as the field is left, however it is left: by Tab,
+// by Enter, or by a press elsewhere in the window as the window system delivers it.
+TEST(Config, AValueTheFieldCannotHoldKeepsTheFieldAndIsNotWritten) {
+    ListFixture f(lists(), catalogues());
+    f.ui->refresh();
+    show(f, "L002");
+    QWindow* window = f.window->windowHandle();
+    ConfigField* date = f.configPane->txtConfig[PrixField::DateEff];
+    const QVariant storedDate = f.rsPrixList.value(PrixField::DateEff);
+    for (const auto& [text, key] :
+         {std::pair{"2026.13.01", Qt::Key_Tab}, std::pair{"2026.11.5", Qt::Key_Return}}) {
+        date->setFocus();
+        date->selectAll();
+        QTest::keyClicks(date, text);
+        {
+            ScriptedPrompter prompts;
+            prompts.expectMessage(LoadText(146), Buttons::Ok, Icon::Warning, QString(), Answer::Ok);
+            QTest::keyClick(window, key);
+        }
+        EXPECT_EQ(QApplication::focusWidget(), date) << text;
+        EXPECT_EQ(date->text(), text);
+        EXPECT_EQ(f.rsPrixList.value(PrixField::DateEff), storedDate) << text;
+    }
+    // Corrected, the date goes into the row as the field is left.
+    date->selectAll();
+    QTest::keyClicks(date, "2026.11.05");
+    QTest::keyClick(window, Qt::Key_Tab);
+    EXPECT_EQ(f.rsPrixList.value(PrixField::DateEff).toDate(), QDate(2026, 11, 5));
+
+    // Too wide for N6.2: the click on another list goes nowhere.
+    ConfigField* percent = f.configPane->txtConfig[PrixField::CoutPct];
+    percent->setFocus();
+    QTest::keyClicks(percent, "1000");
+    KeyedTree& tree = f.list(0);
+    const QPoint other = tree.viewport()->mapTo(f.window.get(), onText(tree, tree.node("L000")));
+    {
+        ScriptedPrompter prompts;
+        prompts.expectMessage(LoadText(147), Buttons::Ok, Icon::Warning, QString(), Answer::Ok);
+        QTest::mouseClick(window, Qt::LeftButton, {}, other);
+    }
+    EXPECT_EQ(QApplication::focusWidget(), percent);
+    EXPECT_EQ(percent->text(), "1000");
+    EXPECT_EQ(KeyedTree::keyOf(tree.selectedNode()), "L002");
+    EXPECT_EQ(f.configPane->lblConfig[PrixField::Desc]->text(), "C BOUGIES");
+
+    QTest::keyClick(percent, Qt::Key_Backspace);
+    date->setFocus();
+    EXPECT_DOUBLE_EQ(f.rsPrixList.value(PrixField::CoutPct).toDouble(), 100);
+    f.rsPrixList.cancelUpdate();
+    f.state.ConfigDirty = Dirty::None;
 }
