@@ -101,4 +101,7 @@ private:
     bool userAction_ = false;            // inside QTreeWidget's own handling of a user action
     QList<QTreeWidgetItem*> checked_;    // user check changes to report once it is done
     QTreeWidgetItem* reached_ = nullptr; // node reached by the keyboard, to report
+    int generation_ = 0;                 // counts the times the nodes were removed
+    bool pressSpent_ = false;            // the coming press brought the focus and was handled
+    bool releaseSpent_ = false;          // ... and so is its release
 };

@@ -294,3 +294,31 @@ TEST_F(MainWindowFixture, FrameButtonsActByTheirKey) {
     frame.ButtonClick(QStringLiteral("Stop"));
     frame.ButtonClick(QStringLiteral("Other"));
 }
+
+// F5 gives the focus to the list tree, which offers to save what is pending: asked once, and
+// not at all when nothing is pending, so that the lists ticked stay ticked.
+TEST_F(MainWindowFixture, F5AsksOnceAboutPendingChangesAndNothingOtherwise) {
+    main->Load();
+    frame.show();
+    frame.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&frame));
+    main->listState.ListMarks(0, 0) = QStringLiteral("TICKED");
+    main->configPane->txtConfig[PrixField::Fournis]->setFocus();
+    {
+        ScriptedPrompter prompts; // nothing pending: no question
+        QTest::keyClick(frame.windowHandle(), Qt::Key_F5);
+    }
+    EXPECT_EQ(main->listState.ListMarks(0, 0), QStringLiteral("TICKED"));
+    EXPECT_TRUE(main->listPane->tvwList[0]->hasFocus());
+
+    ConfigField* supplier = main->configPane->txtConfig[PrixField::Fournis];
+    supplier->setFocus();
+    QTest::keyClicks(supplier, "ACME");
+    {
+        ScriptedPrompter prompts;
+        prompts.expectMessage(MessageCatalogue::text(1061), Answer::Yes);
+        QTest::keyClick(frame.windowHandle(), Qt::Key_F5);
+    }
+    EXPECT_EQ(main->listState.ConfigDirty, Dirty::None);
+    EXPECT_EQ(main->listState.ListMarks(0, 0), QStringLiteral("TICKED"));
+}

@@ -139,23 +139,40 @@ TEST(Config, AnsweringNoRestoresTheFieldDropsTheChangesAndUnchecksEveryList) {
     EXPECT_EQ(f.window->cursor().shape(), Qt::ArrowCursor);
 }
 
+// The press that takes the focus from the pane asks first; the question box then takes the
+// release. The highlighted list, the pane and the part-search prefix agree all along.
 TEST(Config, ClickingAnotherListWithChangesPendingAsksFirst) {
     ListFixture f(lists(), catalogues());
     f.ui->refresh();
     show(f, "L002");
     editGroupCode(f, "XY");
     KeyedTree& tree = f.list(0);
-    const QRect box = tree.checkBoxRect(tree.node("L000"));
+    QWindow* window = f.window->windowHandle();
+    const QPoint other = tree.viewport()->mapTo(f.window.get(), onText(tree, tree.node("L000")));
+    const auto expectShown = [&](const char* when) {
+        EXPECT_EQ(KeyedTree::keyOf(tree.selectedNode()), "L002") << when;
+        EXPECT_EQ(f.state.CurrentListRow, 2) << when;
+        EXPECT_EQ(f.configPane->lblConfig[PrixField::Desc]->text(), "C BOUGIES") << when;
+        EXPECT_EQ(f.groupCode, "XY") << when;
+    };
     {
         ScriptedPrompter prompts;
         expectSaveQuestion(prompts, Answer::Yes);
-        QTest::mouseClick(tree.viewport(), Qt::LeftButton, {},
-                          QPoint(box.right() + 60, box.center().y()));
+        QTest::mousePress(window, Qt::LeftButton, {}, other);
     }
+    expectShown("after the press");
+    QTest::mouseRelease(window, Qt::LeftButton, {}, other);
+    expectShown("after the release");
     // The edited list was saved, not the one clicked.
     EXPECT_EQ(f.storedField("CCC", "CODEGRO").toString(), "XY");
     EXPECT_EQ(f.storedField("AAA", "CODEGRO").toString(), "AB");
     EXPECT_EQ(f.state.ConfigDirty, Dirty::None);
+
+    // Clicked again, the list is shown.
+    QTest::mouseClick(window, Qt::LeftButton, {}, other);
+    EXPECT_EQ(KeyedTree::keyOf(tree.selectedNode()), "L000");
+    EXPECT_EQ(f.configPane->lblConfig[PrixField::Desc]->text(), "A FREINS");
+    EXPECT_EQ(f.groupCode, "AB");
 }
 
 TEST(Config, AnEmptiedRequiredGroupCodeIsRefusedWithItsListAsTitle) {
