@@ -5,6 +5,7 @@
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QMouseEvent>
+#include <QScrollBar>
 #include <QStyle>
 #include <utility>
 
@@ -228,6 +229,19 @@ QRect KeyedTree::checkBoxRect(const QTreeWidgetItem* item) const {
         option.icon = item->icon(0);
     }
     return style()->subElementRect(QStyle::SE_ItemViewItemCheckIndicator, &option, this);
+}
+
+int KeyedTree::textLeft() const {
+    QStyleOptionViewItem option;
+    initViewItemOption(&option);
+    option.rect = QRect(0, 0, qMax(1, columnWidth(0)), fontMetrics().height() + 4);
+    option.features |= QStyleOptionViewItem::HasCheckIndicator | QStyleOptionViewItem::HasDisplay;
+    option.text = QStringLiteral("M");
+    const QRect text = style()->subElementRect(QStyle::SE_ItemViewItemText, &option, this);
+    // The delegate keeps a margin inside the text's rectangle.
+    const int margin = style()->pixelMetric(QStyle::PM_FocusFrameHMargin, nullptr, this) + 1;
+    const int decoration = rootIsDecorated() ? indentation() : 0;
+    return viewport()->x() + decoration + text.left() + margin - horizontalScrollBar()->value();
 }
 
 bool KeyedTree::isOnCheckBox(const QPoint& viewportPos) const {

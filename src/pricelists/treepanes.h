@@ -18,11 +18,16 @@ public:
 
     // Captions, in the order the main window sets them: the heading lblTvw, then the tabs.
     void label();
+    // Puts the column headings over the columns of the list tree shown.
+    void alignHeading();
 
     QTabBar* tbsList = nullptr;
     QWidget* picTvw = nullptr; // the strip holding the column heading
-    QLabel* lblTvw = nullptr;
+    QLabel* lblTvw = nullptr;  // in the trees' font, padded as the node texts are
     std::array<KeyedTree*, 4> tvwList{};
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
 };
 
 class CatTreePane : public QWidget {

@@ -93,59 +93,6 @@ TEST_F(MainWindowFixture, LabelPutsTheCaptionsOfTheChosenLanguage) {
     EXPECT_EQ(english.downloadPage->lblCHK[4]->text(), QStringLiteral("Partdex"));
 }
 
-TEST_F(MainWindowFixture, LabelGivesEveryCaptionItsNumberedText) {
-    App().Settings.Nation = 2000;
-    frmMain english;
-    english.Load();
-    const auto text = [](int k) { return MessageCatalogue::text(2000 + k); };
-    const ListTreePane& lists = *english.listPane;
-    EXPECT_EQ(lists.lblTvw->text(),
-              text(62) + QString(60, u' ') + QStringLiteral("Code") + QString(3, u' ') + text(63));
-    for (int i = 0; i < 4; ++i)
-        EXPECT_EQ(lists.tbsList->tabText(i), text(2 + i)) << "list tab " << i;
-    EXPECT_EQ(english.catPane->tbsCat->tabText(0), text(6));
-    EXPECT_EQ(english.catPane->tbsCat->tabText(1), text(41));
-    const int infoTabs[] = {1, 7, 9, 8};
-    for (int i = 0; i < 4; ++i)
-        EXPECT_EQ(english.tbsInfo->tabText(i), text(infoTabs[i])) << "information tab " << i;
-
-    const ConfigPane& config = *english.configPane;
-    const std::pair<int, int> fields[] = {{5, 10}, {44, 63}, {3, 11}, {4, 12}, {16, 13}, {20, 14}};
-    for (const auto& [field, k] : fields)
-        EXPECT_EQ(config.lblConfig[field]->text(), text(k)) << "lblConfig " << field;
-    EXPECT_EQ(config.fraApp->title(), text(113));
-    for (int i = 0; i < 3; ++i) {
-        EXPECT_EQ(config.lblCH[i]->text(), text(16 + i));
-        EXPECT_EQ(config.optDe[i]->text(), text(22 + i));
-    }
-    for (int i = 0; i < 2; ++i) {
-        EXPECT_EQ(config.lblPCT[i]->text(), text(19 + i));
-        EXPECT_EQ(config.lblGroupes[i]->text(), text(26));
-        EXPECT_EQ(config.lblSGRPCT[i]->text(), text(27));
-    }
-    EXPECT_EQ(config.fraCoutant->title(), text(21));
-    EXPECT_EQ(config.lblCOUTPCT->text(), text(25));
-    EXPECT_EQ(english.partSearchPane->lblRecherche->text(), text(28));
-    EXPECT_EQ(english.partSearchPane->lblMax->text(), text(83));
-
-    const DownloadPage& download = *english.downloadPage;
-    EXPECT_EQ(download.fraMAJ->title(), text(110));
-    const int choices[] = {85, 86, 87, 43, -1, 48};
-    for (int i = 0; i < 6; ++i) {
-        if (choices[i] >= 0) {
-            EXPECT_EQ(download.lblCHK[i]->text(), text(choices[i])) << "lblCHK " << i;
-        }
-    }
-    EXPECT_EQ(download.lblAttention->text(), text(89));
-    EXPECT_EQ(download.cmdOK->text(), text(96));
-    EXPECT_EQ(download.cmdOK->toolTip(), text(96));
-    EXPECT_EQ(english.bulletinPage->lblAnnonceur->text(), text(118));
-    EXPECT_EQ(english.bulletinPage->lblSujet->text(), text(119));
-    const int menu[] = {120, 121, 126, 123, 124};
-    for (int i = 0; i < 5; ++i)
-        EXPECT_EQ(english.Picture1->lblMenu[i]->text(), text(menu[i])) << "lblMenu " << i;
-}
-
 TEST_F(MainWindowFixture, ClosingAsksUnlessATransferRunsOrTheProgramMustQuit) {
     main->Load();
     {

@@ -2,14 +2,18 @@
 
 #include "listfixture.h"
 
+#include "app/appstate.h"
 #include "app/messages.h"
 #include "pricelists/configpane.h"
 #include "pricelists/imagelist.h"
 #include "pricelists/keyedtree.h"
 #include "pricelists/programend.h"
 #include "pricelists/treebuilder.h"
+#include "pricelists/treepanes.h"
 #include "scriptedprompter.h"
 
+#include <QFontInfo>
+#include <QScrollBar>
 #include <gtest/gtest.h>
 
 namespace {
@@ -164,4 +168,34 @@ TEST(Trees, CatalogueCodeWithoutNodeEndsTheProgramForConversion) {
     }
     SetProgramEnd(former);
     EXPECT_EQ(ends, 1);
+}
+
+// The headings are padded as the node texts are and drawn in the trees' fixed-pitch font, from
+// where the node texts start: each heading stands over its column, in both languages.
+TEST(Trees, ColumnHeadingsStandOverTheColumnsOfTheNodes) {
+    ListFixture f(dateCases(), catalogues());
+    f.ui->refresh();
+    QLabel* heading = f.listPane->lblTvw;
+    KeyedTree& tree = f.list(0);
+    EXPECT_EQ(heading->font(), tree.font());
+    EXPECT_TRUE(QFontInfo(heading->font()).fixedPitch());
+    const QString node = tree.node("L001")->text(0); // B STK NULL, BOS, MATB
+    for (int nation : {1000, 2000}) {
+        App().Settings.Nation = nation;
+        f.listPane->label();
+        EXPECT_EQ(heading->text().indexOf("Code"), node.indexOf("BOS")) << nation;
+        EXPECT_EQ(heading->text().indexOf(LoadText(63)), node.indexOf("MATB")) << nation;
+    }
+    App().Settings.Nation = 1000;
+
+    const auto headingLeft = [&] { return heading->mapTo(f.listPane, QPoint(0, 0)).x(); };
+    const auto nodeTextLeft = [&] {
+        return tree.mapTo(f.listPane, QPoint(tree.textLeft(), 0)).x();
+    };
+    const QRect box = tree.checkBoxRect(tree.node("L001"));
+    EXPECT_GT(nodeTextLeft(), tree.viewport()->mapTo(f.listPane, box.topRight()).x());
+    EXPECT_EQ(headingLeft(), nodeTextLeft());
+    tree.resize(150, tree.height()); // narrow: the tree scrolls sideways, the heading with it
+    tree.horizontalScrollBar()->setValue(20);
+    EXPECT_EQ(headingLeft(), nodeTextLeft());
 }
