@@ -156,18 +156,41 @@ TEST(Trees, SelectionIsRestoredThroughNodeclick) {
     EXPECT_EQ(f.configPane->lblConfig[1]->text(), "G UP TO DATE");
 }
 
-TEST(Trees, CatalogueCodeWithoutNodeEndsTheProgramForConversion) {
-    QList<ListRow> lists = {{"A LIST", "AAA", true, Past, Past, "", false, 1.0, "", "ABC;NOP;"}};
+// A list naming a catalogue the trees do not hold sends the table back to the conversion, once,
+// and the rebuild stops there.
+TEST(Trees, CatalogueCodeWithoutNodeRestartsTheConversion) {
+    QList<ListRow> lists = {{"A LIST", "AAA", true, Past, Past, "", false, 1.0, "", "ABC;NOP;"},
+                            {"B LIST", "BBB", true, Past, Past}};
     ListFixture f(lists, catalogues());
-    int ends = 0;
-    const ProgramEnd former = SetProgramEnd([&] { ++ends; });
+    int restarts = 0;
+    const ConversionRestart former = SetConversionRestart([&] { ++restarts; });
     {
-        ScriptedPrompter prompts;
-        prompts.expectMessage(LoadText(133));
+        ScriptedPrompter prompts; // the conversion speaks for itself
         f.ui->refresh();
     }
-    SetProgramEnd(former);
-    EXPECT_EQ(ends, 1);
+    SetConversionRestart(former);
+    EXPECT_EQ(restarts, 1);
+    EXPECT_EQ(f.list(0).node("L001"), nullptr);
+}
+
+// A catalogue code given twice, and an activated catalogue that has no node (no code at all),
+// are reported in their procedures' boxes; the other catalogues are built and ticked.
+TEST(Trees, DuplicateOrMissingCatalogueNodesAreReported) {
+    const QDate older = Past.addDays(-1);
+    ListFixture f({}, {{"ABC", "Alpha"},
+                       {"ABC", "Alpha again"},
+                       {"", "No code", true, Past, older},
+                       {"XY", "Xray", true, Past, older}});
+    {
+        ScriptedPrompter prompts;
+        prompts.expectMessage("ErrSetupCat: 35602\nKey is not unique in collection\n" +
+                              App().ContactLine);
+        prompts.expectMessage("errCatalist:35601\nElement not found\n" + App().ContactLine);
+        f.ui->refresh();
+    }
+    EXPECT_EQ(f.keys(f.cat(0)), (QStringList{"CABC", "C XY"}));
+    EXPECT_EQ(f.state.CheckedCatCount, 1);
+    EXPECT_TRUE(KeyedTree::isChecked(f.cat(0).node("C XY")));
 }
 
 // The headings are padded as the node texts are and drawn in the trees' fixed-pitch font, from
