@@ -338,3 +338,24 @@ TEST(Config, AValueTheFieldCannotHoldKeepsTheFieldAndIsNotWritten) {
     f.rsPrixList.cancelUpdate();
     f.state.ConfigDirty = Dirty::None;
 }
+
+// The list's four codes and its third percentage have boxes of their own, bound to their fields.
+TEST(Config, TheCodesAndTheThirdPercentageAreShownAndEdited) {
+    ListFixture f(lists(), catalogues());
+    f.ui->refresh();
+    show(f, "L002");
+    for (int field : {PrixField::CodeNvc, PrixField::CodeUni, PrixField::CodeAck,
+                      PrixField::CodeUap, PrixField::Pct3}) {
+        ConfigField* box = f.configPane->txtConfig[field];
+        ASSERT_NE(box, nullptr) << field;
+        EXPECT_TRUE(box->isVisibleTo(f.window.get())) << field;
+        EXPECT_FALSE(f.configPane->lblConfig[field]->text().isEmpty()) << field;
+        box->setFocus();
+        QTest::keyClicks(box, "1a2");
+        QTest::keyClick(f.window->windowHandle(), Qt::Key_Tab);
+        EXPECT_EQ(f.rsPrixList.value(field).toString(), "12") << field;
+    }
+    EXPECT_EQ(f.state.ConfigDirty, Dirty::Pane);
+    f.rsPrixList.cancelUpdate();
+    f.state.ConfigDirty = Dirty::None;
+}
