@@ -19,7 +19,7 @@ const ErrorHandler SaveErrors{QStringLiteral("ErrSauveChange: ")};
 } // namespace
 
 ConfigEditor::ConfigEditor(ConfigPane& pane, PriceListState& state, Tables tables)
-    : pane_(pane), state_(state), tables_(tables) {
+    : pane_(pane), paneAlive_(&pane), state_(state), tables_(tables) {
     for (ConfigField* field : pane.txtConfig) {
         if (!field)
             continue;
@@ -86,8 +86,10 @@ void ConfigEditor::refuse(int field) {
 bool ConfigEditor::eventFilter(QObject* watched, QEvent* event) {
     const bool press =
         event->type() == QEvent::MouseButtonPress || event->type() == QEvent::MouseButtonDblClick;
+    if (!press || !tables_.binding || !paneAlive_)
+        return false;
     QWidget* window = pane_.window();
-    if (!press || !tables_.binding || watched != static_cast<QObject*>(window->windowHandle()))
+    if (watched != static_cast<QObject*>(window->windowHandle()))
         return false;
     auto* field = qobject_cast<ConfigField*>(window->focusWidget());
     if (!field || !tables_.binding->hasTyped(field))
