@@ -97,15 +97,9 @@ TEST(Config, TypedKeysFollowTheFieldRules) {
     EXPECT_EQ(code->text(), "AB1");
     EXPECT_NE(QApplication::focusWidget(), code);
 
-    ConfigField* percent = pane.txtConfig[PrixField::CoutPct];
-    percent->setFocus();
-    percent->setText("");
-    QTest::keyClicks(percent, "1a2.5%");
-    EXPECT_EQ(percent->text(), "12.5");
-
     // The focus selects the whole text, which typing then replaces, even in a full field.
     code->setText("WXYZ");
-    percent->setFocus();
+    pane.txtConfig[PrixField::CoutPct]->setFocus();
     code->setFocus();
     EXPECT_EQ(code->selectedText(), "WXYZ");
     QTest::keyClicks(code, "q");
