@@ -106,7 +106,7 @@ void frmMain::releaseCommand(int) {
 }
 
 void frmMain::focusListTree() {
-    listPane->tvwList.at(listState.CurrentListTab)->setFocus();
+    listPane->focusTree(listState.CurrentListTab);
 }
 
 void frmMain::Load() {
@@ -137,8 +137,8 @@ void frmMain::Load() {
         for (auto* box : downloadPage->chkMAJ)
             box->setEnabled(false);
     });
-    loadStep([this] { listPane->tvwList.at(listState.CurrentListTab)->setVisible(true); });
-    loadStep([this] { catPane->tvwCat.at(listState.CurrentCatTab)->setVisible(true); });
+    loadStep([this] { listPane->showTree(listState.CurrentListTab); });
+    loadStep([this] { catPane->showTree(listState.CurrentCatTab); });
 }
 
 // A failure during the load is reported with the contact line, the program will then close

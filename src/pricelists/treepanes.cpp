@@ -102,6 +102,18 @@ CatTreePane::CatTreePane(QWidget* parent) : QWidget(parent) {
     }
 }
 
+void ListTreePane::showTree(int tab) {
+    tvwList.at(tab)->setVisible(true);
+}
+
+void ListTreePane::focusTree(int tab) {
+    tvwList.at(tab)->setFocus();
+}
+
+void CatTreePane::showTree(int tab) {
+    tvwCat.at(tab)->setVisible(true);
+}
+
 void CatTreePane::label() {
     tbsCat->setTabText(0, LoadText(6));
     tbsCat->setTabText(1, LoadText(41));

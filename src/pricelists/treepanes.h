@@ -20,6 +20,9 @@ public:
     void label();
     // Puts the column headings over the columns of the list tree shown.
     void alignHeading();
+    // The list tree of a tab: shown, or given the keyboard focus.
+    void showTree(int tab);
+    void focusTree(int tab);
 
     QTabBar* tbsList = nullptr;
     QWidget* picTvw = nullptr; // the strip holding the column heading
@@ -36,6 +39,8 @@ public:
     explicit CatTreePane(QWidget* parent = nullptr);
 
     void label();
+    // Shows the catalogue tree of a tab.
+    void showTree(int tab);
 
     QTabBar* tbsCat = nullptr;
     std::array<KeyedTree*, 2> tvwCat{};
