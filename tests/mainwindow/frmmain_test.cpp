@@ -297,3 +297,15 @@ TEST_F(MainWindowFixture, TheCommandStripAndThePartSearchFollowTheTrees) {
     ASSERT_FALSE(groupCode.isEmpty());
     EXPECT_TRUE(main->partSearchPane->lblRecherche->text().endsWith(groupCode));
 }
+
+TEST_F(MainWindowFixture, AValueTheFieldCannotHoldKeepsTheWindowOpen) {
+    main->Load();
+    ConfigField* date = main->configPane->txtConfig[PrixField::DateEff];
+    date->selectAll();
+    QTest::keyClicks(date, "2026.13.01");
+    ScriptedPrompter prompts;
+    prompts.expectMessage(MessageCatalogue::text(1146), Buttons::Ok, Icon::Warning, QString(),
+                          Answer::Ok);
+    EXPECT_FALSE(main->QueryUnload());
+    EXPECT_EQ(date->text(), "2026.13.01");
+}
