@@ -7,6 +7,7 @@
 #include <QMouseEvent>
 #include <QScrollBar>
 #include <QStyle>
+#include <QTimer>
 #include <utility>
 
 namespace {
@@ -278,6 +279,10 @@ void KeyedTree::focusInEvent(QFocusEvent* event) {
     const int before = generation_;
     Q_EMIT focusReceived();
     pressSpent_ = event->reason() == Qt::MouseFocusReason && generation_ != before;
+    // The press follows at once, unless it was aimed at a part of the tree that takes no
+    // focus of its own (a scroll bar): then it is not waited for.
+    if (pressSpent_)
+        QTimer::singleShot(0, this, [this] { pressSpent_ = false; });
 }
 
 void KeyedTree::keyPressEvent(QKeyEvent* event) {
@@ -289,6 +294,8 @@ void KeyedTree::keyPressEvent(QKeyEvent* event) {
 }
 
 void KeyedTree::mousePressEvent(QMouseEvent* event) {
+    // A release that went elsewhere while a question was asked is not waited for.
+    releaseSpent_ = false;
     if (std::exchange(pressSpent_, false)) {
         releaseSpent_ = true;
         event->accept();

@@ -133,6 +133,19 @@ TEST(Config, AnsweringNoRestoresTheFieldDropsTheChangesAndUnchecksEveryList) {
     EXPECT_EQ(f.window->cursor().shape(), Qt::ArrowCursor);
 }
 
+// Stands for a question box that takes the release of a press.
+class ReleaseEater : public QObject {
+public:
+    explicit ReleaseEater(QWidget* target) : target_(target) { target_->installEventFilter(this); }
+    ~ReleaseEater() override { target_->removeEventFilter(this); }
+    bool eventFilter(QObject*, QEvent* event) override {
+        return event->type() == QEvent::MouseButtonRelease;
+    }
+
+private:
+    QWidget* target_;
+};
+
 // The press that takes the focus from the pane asks first; the question box then takes the
 // release. The highlighted list, the pane and the part-search prefix agree all along.
 TEST(Config, ClickingAnotherListWithChangesPendingAsksFirst) {
@@ -167,6 +180,22 @@ TEST(Config, ClickingAnotherListWithChangesPendingAsksFirst) {
     EXPECT_EQ(KeyedTree::keyOf(tree.selectedNode()), "L000");
     EXPECT_EQ(f.configPane->lblConfig[PrixField::Desc]->text(), "A FREINS");
     EXPECT_EQ(f.groupCode, "AB");
+
+    // The release goes to the question box: the next click is a whole click.
+    editGroupCode(f, "AC");
+    const QPoint third = tree.viewport()->mapTo(f.window.get(), onText(tree, tree.node("L001")));
+    {
+        ScriptedPrompter prompts;
+        expectSaveQuestion(prompts, Answer::Yes);
+        QTest::mousePress(window, Qt::LeftButton, {}, third);
+    }
+    {
+        ReleaseEater box(tree.viewport());
+        QTest::mouseRelease(window, Qt::LeftButton, {}, third);
+    }
+    QTest::mouseClick(window, Qt::LeftButton, {}, third);
+    EXPECT_EQ(KeyedTree::keyOf(tree.selectedNode()), "L001");
+    EXPECT_EQ(f.configPane->lblConfig[PrixField::Desc]->text(), "B FILTRES");
 }
 
 TEST(Config, AnEmptiedRequiredGroupCodeIsRefusedWithItsListAsTitle) {
