@@ -5,7 +5,9 @@
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QMouseEvent>
+#include <QScrollBar>
 #include <QStyle>
+#include <QTimer>
 #include <utility>
 
 namespace {
@@ -16,6 +18,17 @@ constexpr int ColorRole = Qt::UserRole + 2;
 constexpr int FileCodeRole = Qt::UserRole + 3;
 
 } // namespace
+
+QString TreeErrors::description(qint64 number) {
+    switch (number) {
+    case ElementNotFound:
+        return QStringLiteral("Element not found");
+    case KeyNotUnique:
+        return QStringLiteral("Key is not unique in collection");
+    default:
+        return {};
+    }
+}
 
 // A node that tells its tree when its check state changes.
 class TreeNode final : public QTreeWidgetItem {
@@ -52,6 +65,7 @@ KeyedTree::KeyedTree(const QString& name, int index, QWidget* parent)
 }
 
 void KeyedTree::clearNodes() {
+    ++generation_;
     qDeleteAll(std::exchange(pendingTop_, {}));
     for (const auto& pending : std::exchange(pendingChildren_, {}))
         delete pending.second;
@@ -218,6 +232,19 @@ QRect KeyedTree::checkBoxRect(const QTreeWidgetItem* item) const {
     return style()->subElementRect(QStyle::SE_ItemViewItemCheckIndicator, &option, this);
 }
 
+int KeyedTree::textLeft() const {
+    QStyleOptionViewItem option;
+    initViewItemOption(&option);
+    option.rect = QRect(0, 0, qMax(1, columnWidth(0)), fontMetrics().height() + 4);
+    option.features |= QStyleOptionViewItem::HasCheckIndicator | QStyleOptionViewItem::HasDisplay;
+    option.text = QStringLiteral("M");
+    const QRect text = style()->subElementRect(QStyle::SE_ItemViewItemText, &option, this);
+    // The delegate keeps a margin inside the text's rectangle.
+    const int margin = style()->pixelMetric(QStyle::PM_FocusFrameHMargin, nullptr, this) + 1;
+    const int decoration = rootIsDecorated() ? indentation() : 0;
+    return viewport()->x() + decoration + text.left() + margin - horizontalScrollBar()->value();
+}
+
 bool KeyedTree::isOnCheckBox(const QPoint& viewportPos) const {
     const QTreeWidgetItem* item = itemAt(viewportPos);
     return item && checkBoxRect(item).contains(viewportPos);
@@ -245,9 +272,17 @@ void KeyedTree::emitPending() {
         Q_EMIT nodeClick(reached);
 }
 
+// A press that gives the tree the focus may rebuild it (pending changes saved first): the
+// nodes it was aimed at are gone, so it selects nothing, and the node shown stays highlighted.
 void KeyedTree::focusInEvent(QFocusEvent* event) {
     QTreeWidget::focusInEvent(event);
+    const int before = generation_;
     Q_EMIT focusReceived();
+    pressSpent_ = event->reason() == Qt::MouseFocusReason && generation_ != before;
+    // The press follows at once, unless it was aimed at a part of the tree that takes no
+    // focus of its own (a scroll bar): then it is not waited for.
+    if (pressSpent_)
+        QTimer::singleShot(0, this, [this] { pressSpent_ = false; });
 }
 
 void KeyedTree::keyPressEvent(QKeyEvent* event) {
@@ -259,6 +294,13 @@ void KeyedTree::keyPressEvent(QKeyEvent* event) {
 }
 
 void KeyedTree::mousePressEvent(QMouseEvent* event) {
+    // A release that went elsewhere while a question was asked is not waited for.
+    releaseSpent_ = false;
+    if (std::exchange(pressSpent_, false)) {
+        releaseSpent_ = true;
+        event->accept();
+        return;
+    }
     Q_EMIT mouseDown(event->button(), event->position().toPoint());
     userAction_ = true;
     QTreeWidget::mousePressEvent(event);
@@ -268,6 +310,10 @@ void KeyedTree::mousePressEvent(QMouseEvent* event) {
 }
 
 void KeyedTree::mouseReleaseEvent(QMouseEvent* event) {
+    if (std::exchange(releaseSpent_, false)) {
+        event->accept();
+        return;
+    }
     const QPoint pos = event->position().toPoint();
     userAction_ = true;
     QTreeWidget::mouseReleaseEvent(event);

@@ -10,6 +10,14 @@
 #include <QList>
 #include <QTreeWidget>
 
+// The errors of the tree control that the program names by number.
+namespace TreeErrors {
+inline constexpr qint64 ElementNotFound = 35601; // no node has the key asked for
+inline constexpr qint64 KeyNotUnique = 35602;    // a node already has the key given
+// The control's description of the error.
+QString description(qint64 number);
+} // namespace TreeErrors
+
 class KeyedTree : public QTreeWidget {
     Q_OBJECT
 public:
@@ -54,6 +62,10 @@ public:
     QTreeWidgetItem* selectedNode() const;
     void selectNode(QTreeWidgetItem* item);
 
+    // Where the text of a top-level node starts, in the tree's own coordinates (after the
+    // frame, the check box and the scrolled part), as the view's style lays it out.
+    int textLeft() const;
+
     // True when a point of the viewport lies on the check box of the node under it: the check
     // indicator's rectangle as the view's style lays it out for that node.
     bool isOnCheckBox(const QPoint& viewportPos) const;
@@ -93,4 +105,7 @@ private:
     bool userAction_ = false;            // inside QTreeWidget's own handling of a user action
     QList<QTreeWidgetItem*> checked_;    // user check changes to report once it is done
     QTreeWidgetItem* reached_ = nullptr; // node reached by the keyboard, to report
+    int generation_ = 0;                 // counts the times the nodes were removed
+    bool pressSpent_ = false;            // the coming press brought the focus and was handled
+    bool releaseSpent_ = false;          // ... and so is its release
 };

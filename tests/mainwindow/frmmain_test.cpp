@@ -11,7 +11,9 @@
 #include "mainwindow/commandstrip.h"
 #include "partsfile/partsearchpane.h"
 #include "pricelists/configpane.h"
+#include "pricelists/keyedtree.h"
 #include "pricelists/pricelistsui.h"
+#include "pricelists/treeinteractions.h"
 #include "pricelists/treepanes.h"
 
 #include "scriptedprompter.h"
@@ -62,69 +64,16 @@ TEST_F(MainWindowFixture, LabelPutsTheCaptionsOfTheChosenLanguage) {
     main->Load();
     EXPECT_EQ(main->tbsInfo->tabText(0), QStringLiteral("Téléchargement"));
     EXPECT_EQ(main->tbsInfo->tabText(3), QStringLiteral("Pièces"));
-    EXPECT_EQ(main->lblMenu[0]->text(), QStringLiteral("Sélectionner"));
-    EXPECT_EQ(main->lblMenu[2]->text(), QStringLiteral("Options"));
+    EXPECT_EQ(main->Picture1->lblMenu[0]->text(), QStringLiteral("Sélectionner"));
+    EXPECT_EQ(main->Picture1->lblMenu[2]->text(), QStringLiteral("Options"));
     EXPECT_EQ(main->downloadPage->cmdOK->toolTip(), QStringLiteral("Télécharger"));
 
     App().Settings.Nation = 2000;
     frmMain english;
     english.Load();
     EXPECT_EQ(english.tbsInfo->tabText(2), QStringLiteral("Newsletters"));
-    EXPECT_EQ(english.lblMenu[1]->text(), QStringLiteral("Deactivate"));
+    EXPECT_EQ(english.Picture1->lblMenu[1]->text(), QStringLiteral("Deactivate"));
     EXPECT_EQ(english.downloadPage->lblCHK[4]->text(), QStringLiteral("Partdex"));
-}
-
-TEST_F(MainWindowFixture, LabelGivesEveryCaptionItsNumberedText) {
-    App().Settings.Nation = 2000;
-    frmMain english;
-    english.Load();
-    const auto text = [](int k) { return MessageCatalogue::text(2000 + k); };
-    const ListTreePane& lists = *english.priceLists->listPane;
-    EXPECT_EQ(lists.lblTvw->text(),
-              text(62) + QString(60, u' ') + QStringLiteral("Code") + QString(3, u' ') + text(63));
-    for (int i = 0; i < 4; ++i)
-        EXPECT_EQ(lists.tbsList->tabText(i), text(2 + i)) << "list tab " << i;
-    EXPECT_EQ(english.priceLists->catPane->tbsCat->tabText(0), text(6));
-    EXPECT_EQ(english.priceLists->catPane->tbsCat->tabText(1), text(41));
-    const int infoTabs[] = {1, 7, 9, 8};
-    for (int i = 0; i < 4; ++i)
-        EXPECT_EQ(english.tbsInfo->tabText(i), text(infoTabs[i])) << "information tab " << i;
-
-    const ConfigPane& config = *english.priceLists->configPane;
-    const std::pair<int, int> fields[] = {{5, 10}, {44, 63}, {3, 11}, {4, 12}, {16, 13}, {20, 14}};
-    for (const auto& [field, k] : fields)
-        EXPECT_EQ(config.lblConfig[field]->text(), text(k)) << "lblConfig " << field;
-    EXPECT_EQ(config.fraApp->title(), text(113));
-    for (int i = 0; i < 3; ++i) {
-        EXPECT_EQ(config.lblCH[i]->text(), text(16 + i));
-        EXPECT_EQ(config.optDe[i]->text(), text(22 + i));
-    }
-    for (int i = 0; i < 2; ++i) {
-        EXPECT_EQ(config.lblPCT[i]->text(), text(19 + i));
-        EXPECT_EQ(config.lblGroupes[i]->text(), text(26));
-        EXPECT_EQ(config.lblSGRPCT[i]->text(), text(27));
-    }
-    EXPECT_EQ(config.fraCoutant->title(), text(21));
-    EXPECT_EQ(config.lblCOUTPCT->text(), text(25));
-    EXPECT_EQ(english.partSearchPane->lblRecherche->text(), text(28));
-    EXPECT_EQ(english.partSearchPane->lblMax->text(), text(83));
-
-    const DownloadPage& download = *english.downloadPage;
-    EXPECT_EQ(download.fraMAJ->title(), text(110));
-    const int choices[] = {85, 86, 87, 43, -1, 48};
-    for (int i = 0; i < 6; ++i) {
-        if (choices[i] >= 0) {
-            EXPECT_EQ(download.lblCHK[i]->text(), text(choices[i])) << "lblCHK " << i;
-        }
-    }
-    EXPECT_EQ(download.lblAttention->text(), text(89));
-    EXPECT_EQ(download.cmdOK->text(), text(96));
-    EXPECT_EQ(download.cmdOK->toolTip(), text(96));
-    EXPECT_EQ(english.bulletinPage->lblAnnonceur->text(), text(118));
-    EXPECT_EQ(english.bulletinPage->lblSujet->text(), text(119));
-    const int menu[] = {120, 121, 126, 123, 124};
-    for (int i = 0; i < 5; ++i)
-        EXPECT_EQ(english.lblMenu[i]->text(), text(menu[i])) << "lblMenu " << i;
 }
 
 TEST_F(MainWindowFixture, ClosingAsksUnlessATransferRunsOrTheProgramMustQuit) {
@@ -260,7 +209,7 @@ TEST_F(MainWindowFixture, ComingBackFromAnotherProgramLeavesTheWindowAsTheUserLe
 TEST_F(MainWindowFixture, UpdateModeDisablesTheCommandsAndUpdateChoices) {
     App().UpdateMode = true;
     main->Load();
-    for (QLabel* button : main->picMenu)
+    for (QLabel* button : main->Picture1->picMenu)
         EXPECT_FALSE(button->isEnabled());
     for (auto* box : main->downloadPage->chkMAJ)
         EXPECT_FALSE(box->isEnabled());
@@ -274,4 +223,70 @@ TEST_F(MainWindowFixture, FrameButtonsActByTheirKey) {
     frame.ButtonClick(QStringLiteral("Centrer"));
     frame.ButtonClick(QStringLiteral("Stop"));
     frame.ButtonClick(QStringLiteral("Other"));
+}
+
+// F5 gives the focus to the list tree, which offers to save what is pending: asked once, and
+// not at all when nothing is pending, so that the lists ticked stay ticked.
+TEST_F(MainWindowFixture, F5AsksOnceAboutPendingChangesAndNothingOtherwise) {
+    main->Load();
+    frame.show();
+    frame.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&frame));
+    main->listState.ListMarks(0, 0) = QStringLiteral("TICKED");
+    main->configPane->txtConfig[PrixField::Fournis]->setFocus();
+    {
+        ScriptedPrompter prompts; // nothing pending: no question
+        QTest::keyClick(frame.windowHandle(), Qt::Key_F5);
+    }
+    EXPECT_EQ(main->listState.ListMarks(0, 0), QStringLiteral("TICKED"));
+    EXPECT_TRUE(main->listPane->tvwList[0]->hasFocus());
+
+    ConfigField* supplier = main->configPane->txtConfig[PrixField::Fournis];
+    supplier->setFocus();
+    QTest::keyClicks(supplier, "ACME");
+    {
+        ScriptedPrompter prompts;
+        prompts.expectMessage(MessageCatalogue::text(1061), Answer::Yes);
+        QTest::keyClick(frame.windowHandle(), Qt::Key_F5);
+    }
+    EXPECT_EQ(main->listState.ConfigDirty, Dirty::None);
+    EXPECT_EQ(main->listState.ListMarks(0, 0), QStringLiteral("TICKED"));
+}
+
+// The panes tell the window what they show; the command strip and the part search follow.
+TEST_F(MainWindowFixture, TheCommandStripAndThePartSearchFollowTheTrees) {
+    main->Load();
+    const CommandStrip& strip = *main->Picture1;
+    main->listPane->tbsList->setCurrentIndex(3);
+    EXPECT_FALSE(strip.picMenu[4]->isVisibleTo(main));
+    EXPECT_TRUE(strip.picMenu[1]->isVisibleTo(main));
+    EXPECT_EQ(strip.lblMenu[1]->text(), MessageCatalogue::text(1122));
+    main->listPane->tbsList->setCurrentIndex(0);
+    EXPECT_TRUE(strip.picMenu[4]->isVisibleTo(main));
+    EXPECT_EQ(strip.lblMenu[1]->text(), MessageCatalogue::text(1121));
+
+    KeyedTree& catalogues = *main->catPane->tvwCat[0];
+    QTreeWidgetItem* listUnderCatalogue = nullptr;
+    for (int i = 0; i < catalogues.topLevelItemCount() && !listUnderCatalogue; ++i)
+        listUnderCatalogue = catalogues.topLevelItem(i)->child(0);
+    ASSERT_NE(listUnderCatalogue, nullptr);
+    main->priceLists->interactions().tvwCatNodeClick(0, listUnderCatalogue);
+    EXPECT_TRUE(strip.picMenu[6]->isVisibleTo(main));
+    EXPECT_FALSE(strip.picMenu[5]->isVisibleTo(main));
+    EXPECT_EQ(strip.lblMenu[4]->text(), MessageCatalogue::text(1125));
+    const QString groupCode = rsPrixList.value(PrixField::CodeGro).toString().trimmed();
+    ASSERT_FALSE(groupCode.isEmpty());
+    EXPECT_TRUE(main->partSearchPane->lblRecherche->text().endsWith(groupCode));
+}
+
+TEST_F(MainWindowFixture, AValueTheFieldCannotHoldKeepsTheWindowOpen) {
+    main->Load();
+    ConfigField* date = main->configPane->txtConfig[PrixField::DateEff];
+    date->selectAll();
+    QTest::keyClicks(date, "2026.13.01");
+    ScriptedPrompter prompts;
+    prompts.expectMessage(MessageCatalogue::text(1146), Buttons::Ok, Icon::Warning, QString(),
+                          Answer::Ok);
+    EXPECT_FALSE(main->QueryUnload());
+    EXPECT_EQ(date->text(), "2026.13.01");
 }
