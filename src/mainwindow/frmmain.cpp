@@ -2,12 +2,16 @@
 
 #include "app/appstate.h"
 #include "app/events.h"
+#include "app/frmoptions.h"
+#include "app/help.h"
 #include "app/messages.h"
 #include "app/prompts.h"
 #include "comms/bulletinpage.h"
 #include "comms/downloadpage.h"
 #include "data/moddata.h"
 #include "mainwindow/commandstrip.h"
+#include "partsfile/frmstock.h"
+#include "partsfile/modnvconvert.h"
 #include "partsfile/partsearchpane.h"
 #include "pricelists/configpane.h"
 #include "pricelists/explistrules.h"
@@ -30,6 +34,18 @@
 
 namespace {
 const int KeyStepTwips = 120;
+const int PartsTab = 3; // the "Pièces" tab of tbsInfo
+
+// The command strip's buttons, by their index in picMenu.
+enum Command {
+    SelectByName = 0,
+    Activate,
+    ChangePartNumbers,
+    Options,
+    Deactivate,
+    Associate,
+    Dissociate
+};
 // A failure during the load: the box gives the number and the description on one line.
 const ErrorHandler LoadErrors{QStringLiteral("ErrForm: "), QStringLiteral(" "),
                               QStringLiteral("\r\n")};
@@ -100,9 +116,28 @@ bool frmMain::pressCommand(int) {
     return priceLists->saveIfDirty();
 }
 
-void frmMain::releaseCommand(int) {
+void frmMain::releaseCommand(int index) {
+    runCommand(index);
     DoEvents();
     focusListTree();
+}
+
+void frmMain::runCommand(int index) {
+    switch (index) {
+    case ChangePartNumbers: {
+        tbsInfo->setCurrentIndex(PartsTab);
+        frmStock dialog(partSearchPane, this);
+        dialog.exec();
+        break;
+    }
+    case Options: {
+        frmOptions dialog(this);
+        dialog.exec();
+        break;
+    }
+    default:
+        break;
+    }
 }
 
 void frmMain::focusListTree() {
@@ -128,8 +163,7 @@ void frmMain::Load() {
     // SetupEnv (the version table read for the update check) is called here, after the
     // captions, once the version check is part of the program.
     if (!updateMode) {
-        // SetupBulletin (the newsletters) is called here, before the trees, once the
-        // newsletters are part of the program.
+        loadStep([this] { bulletinPage->SetupBulletin(); });
         loadStep([this] { priceLists->refresh(); });
         return;
     }
@@ -231,10 +265,6 @@ void frmMain::moveFrame(int dxTwips, int dyTwips) {
     frame->move(frame->pos() + QPoint(TwipsToPixels(dxTwips, dpi), TwipsToPixels(dyTwips, dpi)));
 }
 
-void frmMain::openHelpPage() {
-    QDesktopServices::openUrl(QUrl(LoadText(112)));
-}
-
 bool frmMain::KeyDown(int key, Qt::KeyboardModifiers modifiers) {
     const bool alt = modifiers & Qt::AltModifier;
     if (alt && !(modifiers & Qt::ShiftModifier)) {
@@ -259,7 +289,12 @@ bool frmMain::KeyDown(int key, Qt::KeyboardModifiers modifiers) {
     if (alt)
         return true; // the splitter keys come with the splitters
     if (key == Qt::Key_F1) {
-        openHelpPage();
+        OpenGuide();
+        return true;
+    }
+    if (key == Qt::Key_F12) {
+        bool forced = true;
+        modNVConvert::Convert(forced);
         return true;
     }
     if (key == Qt::Key_F5) {

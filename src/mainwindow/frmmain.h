@@ -74,11 +74,11 @@ private:
     void composePriceLists();
     bool pressCommand(int index);
     void releaseCommand(int index);
+    void runCommand(int index);
     void focusListTree();
     void placePanes();
     void placeWindowInWorkArea();
     void moveFrame(int dxTwips, int dyTwips);
-    void openHelpPage();
     void loadStep(const std::function<void()>& step);
 
     bool inAnotherProgram_ = false; // the user left for another program since the last activation
