@@ -27,6 +27,7 @@
 #include <QRadioButton>
 #include <QTabBar>
 #include <QTabWidget>
+#include <QComboBox>
 #include <QTest>
 #include <gtest/gtest.h>
 
@@ -45,6 +46,7 @@ struct MainWindowFixture : ::testing::Test {
         App().RegistryKeyPath = QStringLiteral("Software\\Norvale Systems");
         App().DataPath = install.dir(QStringLiteral("NVNV"));
         App().PrgPath = install.dir(QStringLiteral("PRG"));
+        App().InfoPath = install.dir(QStringLiteral("NVINFO"));
         writeDemoTables(install.drive());
         ASSERT_TRUE(OpenData());
         main = new frmMain(&frame);
@@ -67,6 +69,8 @@ TEST_F(MainWindowFixture, LabelPutsTheCaptionsOfTheChosenLanguage) {
     EXPECT_EQ(main->Picture1->lblMenu[0]->text(), QStringLiteral("Sélectionner"));
     EXPECT_EQ(main->Picture1->lblMenu[2]->text(), QStringLiteral("Options"));
     EXPECT_EQ(main->downloadPage->cmdOK->toolTip(), QStringLiteral("Télécharger"));
+    // The load reads the newsletters before the trees.
+    EXPECT_GT(main->bulletinPage->cmbAnnonceur->count(), 0);
 
     App().Settings.Nation = 2000;
     frmMain english;
