@@ -25,8 +25,8 @@ inline constexpr char ProgramUpdate[] = "UPDAT";
 inline constexpr char Error[] = "ERROR";
 
 inline constexpr std::array<const char*, 10> ServerTokens = {
-    Ready,         StartAnnounce, Versions,    IndexArchive,  PriceList,
-    CatalogueFile, Partdex,       Ledgermaker, ProgramUpdate, Error};
+    Ready, StartAnnounce, Versions, IndexArchive, PriceList,
+    CatalogueFile, Partdex, Ledgermaker, ProgramUpdate, Error};
 
 // Client requests. Every request word is five characters: "CAT" and "CATA" are padded with
 // blanks.
