@@ -120,6 +120,15 @@ void DownloadSession::start() {
     restartSilenceTimer();
 }
 
+void DownloadSession::abortConnection() {
+    running_ = false;
+    closingSocket_ = true;
+    silenceTimer_.stop();
+    socket_.abort();
+    closeTransferFile();
+    inTransfer_ = false;
+}
+
 void DownloadSession::restartSilenceTimer() {
     if (silenceTimeout_ > 0 && running_)
         silenceTimer_.start(silenceTimeout_);

@@ -54,6 +54,8 @@ public:
     bool running() const { return running_ || followUpRunning_; }
     // Connects to the server of the settings (IP, Port).
     void start();
+    // Drops the connection at once and ends the session without its close (the program ends).
+    void abortConnection();
 
     // Pumps events until the file in transfer is complete or the transfer failed.
     void WaitForTransfer();

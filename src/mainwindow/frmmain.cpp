@@ -9,12 +9,14 @@
 #include "data/moddata.h"
 #include "dbase/dberror.h"
 #include "mainwindow/commandstrip.h"
+#include "mainwindow/downloadview.h"
 #include "partsfile/partsearchpane.h"
 #include "pricelists/configeditor.h"
 #include "pricelists/configpane.h"
 #include "pricelists/explistrules.h"
 #include "pricelists/pricelistsui.h"
 #include "pricelists/treepanes.h"
+#include "pricelists/treerules.h"
 
 #include <QApplication>
 #include <QCheckBox>
@@ -53,6 +55,7 @@ frmMain::frmMain(QWidget* parent)
     }
     buildInformationTabs();
     composePriceLists();
+    composeDownloads();
     for (MenuPicture* button : picMenu) {
         button->onPress = [this](int index) { return pressCommand(index); };
         button->onRelease = [this](int index) { releaseCommand(index); };
@@ -68,7 +71,8 @@ frmMain::frmMain(QWidget* parent)
 
 frmMain::~frmMain() {
     qApp->removeEventFilter(this);
-    priceLists.reset(); // before the panes it lent its widgets to
+    downloadView.reset(); // before the trees its hooks read
+    priceLists.reset();   // before the panes it lent its widgets to
 }
 
 void frmMain::buildInformationTabs() {
@@ -105,6 +109,43 @@ void frmMain::composePriceLists() {
     ExpListRules::install(downloadPage->txtExpList);
 }
 
+// ---- The download session: the Download tab's view, and what it needs of the window ----
+
+void frmMain::composeDownloads() {
+    DownloadView::Hooks hooks;
+    hooks.enableOtherControls = [this](bool enabled) {
+        if (!App().UpdateMode) {
+            for (MenuPicture* button : picMenu)
+                button->setEnabled(enabled);
+        }
+        priceLists->listPane->tbsList->setEnabled(enabled);
+        priceLists->listPane->tvwList[listState.CurrentListTab]->setEnabled(enabled);
+        priceLists->catPane->tbsCat->setEnabled(enabled);
+        priceLists->catPane->tvwCat[listState.CurrentCatTab]->setEnabled(enabled);
+    };
+    hooks.savePendingChanges = [this] {
+        return listState.ConfigDirty == Dirty::None ||
+               priceLists->config().SauveChange(listState.ConfigDirty);
+    };
+    hooks.fillListChoice = [this](DownloadChoice& choice) {
+        choice.listMarks = &listState.ListMarks;
+        choice.listCount = listState.ListCount;
+        choice.checkedCatCount = listState.CheckedCatCount;
+        choice.catalogueChecked = [this](const QString& code) {
+            const QTreeWidgetItem* node = priceLists->catPane->tvwCat[0]->node(CatalogueKey(code));
+            return node && KeyedTree::isChecked(node);
+        };
+    };
+    hooks.rebuildTrees = [this] { priceLists->refresh(); };
+    // hooks.rebuildBulletins: SetupBulletin, given here with the newsletters.
+    hooks.focusListTree = [this] {
+        if (priceLists->listPane->tvwList[listState.CurrentListTab]->isEnabled())
+            focusListTree();
+    };
+    hooks.closeProgram = [this] { window()->close(); };
+    downloadView = std::make_unique<DownloadView>(*downloadPage, *this, std::move(hooks));
+}
+
 // A command button is pressed only when no configuration change waits to be saved.
 bool frmMain::pressCommand(int) {
     return priceLists->saveIfDirty();
@@ -139,8 +180,7 @@ void frmMain::Load() {
         }
     });
     Label();
-    // SetupEnv (the version table read for the update check) is called here, after the
-    // captions, once the version check is part of the program.
+    loadStep([this] { downloadView->session().SetupEnv(); });
     if (!updateMode) {
         // SetupBulletin (the newsletters) is called here, before the trees, once the
         // newsletters are part of the program.
@@ -328,8 +368,8 @@ bool frmMain::eventFilter(QObject* watched, QEvent* event) {
 bool frmMain::QueryUnload() {
     AppState& app = App();
     try {
-        if (downloadPage->cmdOK->text() == LoadText(116))
-            return false;
+        if (downloadView->session().running())
+            return false; // a transfer is running
         BindConfig(false);
         if (listState.ConfigDirty != Dirty::None)
             saveChanges();
@@ -346,9 +386,7 @@ bool frmMain::QueryUnload() {
 
 void frmMain::Unload() {
     try {
-        wsckEnvoi.close();
-        while (wsckEnvoi.state() != QAbstractSocket::UnconnectedState)
-            WaitWithEvents(10);
+        downloadView->session().abortConnection();
         SaveSettings(settingsStore, App(), CurrentLayout());
         if (!App().UpdateMode)
             CloseData();

@@ -4,7 +4,6 @@
 #include "mainwindow/panelayout.h"
 #include "pricelists/pricelistsstate.h"
 
-#include <QTcpSocket>
 #include <QWidget>
 #include <array>
 #include <functional>
@@ -13,6 +12,7 @@
 class BulletinPage;
 class CommandStrip;
 class DownloadPage;
+class DownloadView;
 class MDIfrmMain;
 class MenuPicture;
 class PartSearchPane;
@@ -56,12 +56,13 @@ public:
     QWidget* configPage;
     BulletinPage* bulletinPage;
     PartSearchPane* partSearchPane;
-    QTcpSocket wsckEnvoi;
     CRegSettings settingsStore; // where the settings go back at shut-down
 
     // Shared state of the window: the list selection, pending changes, current tabs and rows.
     PriceListState listState;
     std::unique_ptr<PriceListsUi> priceLists;
+    // The download session and its view on the Download tab.
+    std::unique_ptr<DownloadView> downloadView;
     int LastMouseDownX = 2147483647;
     int LastMouseDownY = 2147483647;
 
@@ -72,6 +73,7 @@ protected:
 private:
     void buildInformationTabs();
     void composePriceLists();
+    void composeDownloads();
     bool pressCommand(int index);
     void releaseCommand(int index);
     void saveChanges();
