@@ -6,6 +6,7 @@
 #include "app/installpath.h"
 #include "app/messages.h"
 #include "app/prompts.h"
+#include "app/serviceprogram.h"
 #include "comms/programupdater.h"
 #include "comms/protocol.h"
 #include "comms/sessionerror.h"
@@ -75,6 +76,10 @@ DownloadSession::DownloadSession(SessionView& view, QObject* parent)
     connect(&silenceTimer_, &QTimer::timeout, this, [this] {
         if (!running_)
             return;
+        if (ServiceProgramRunning()) { // the server waits for us meanwhile
+            restartSilenceTimer();
+            return;
+        }
         Q_EMIT silenceTimedOut();
         closeSocket();
         SocketClosed();
@@ -397,6 +402,7 @@ void DownloadSession::send(const QByteArray& message) {
         return;
     }
     socket_.write(message);
+    restartSilenceTimer();
 }
 
 void DownloadSession::sendText(const QString& text) {

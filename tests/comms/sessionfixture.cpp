@@ -24,12 +24,15 @@ void writeTables(const TempInstall& install) {
     const QString data = install.dir(QStringLiteral("NVNV"));
     const QString prg = install.dir(QStringLiteral("PRG"));
     NewTable lists;
-    lists.fields = {logical("UTILISER"), text("DESC", 40), text("FICHIER", 8), text("CODEGRO", 4),
-                    logical("PASOBLIGER")};
-    lists.rows = {{true, "ALPHA FREINS", "ALP", "ALP", false},
-                  {true, "BETA FILTRES", "BET", QVariant(), true},
-                  {true, "GAMMA COURROIES", "GAM", QVariant(), false},
-                  {false, "OMEGA ERROR LISTE", "OME", "OME", false}};
+    lists.fields = {logical("UTILISER"),   text("DESC", 40),      text("FICHIER", 8),
+                    text("CODEGRO", 4),    logical("PASOBLIGER"), {"DATEEFF", 'D', 8, 0},
+                    {"DATESTK", 'D', 8, 0}};
+    // ALPHA waits for its update; the others are up to date.
+    const QDate day(2026, 3, 1);
+    lists.rows = {{true, "ALPHA FREINS", "ALP", "ALP", false, day, day.addDays(-7)},
+                  {true, "BETA FILTRES", "BET", QVariant(), true, day, day},
+                  {true, "GAMMA COURROIES", "GAM", QVariant(), false, day, day},
+                  {false, "OMEGA ERROR LISTE", "OME", "OME", false, day, QVariant()}};
     writeNewTable(data + "PRIXLIST.DBF", lists);
     NewTable catalogues;
     catalogues.fields = {text("FICHIER", 3), text("DESC", 30), logical("UTILISER")};
@@ -44,6 +47,10 @@ void writeTables(const TempInstall& install) {
         appel.fields << FieldDef{QStringLiteral("P_%1").arg(n), 'C', 8, 0};
     appel.rows = {{"DEMO", "PDX1", "LGM1", "", "", "", "PDX2", "LGM2"}};
     writeNewTable(prg + "NVAPPEL.DBF", appel);
+    NewTable paraprog; // the French product: installation kind 1
+    paraprog.fields = {text("PROGRAM", 40)};
+    paraprog.rows = {{"PARTDEX 5.2"}, {"MERCANTEL 2004.3"}};
+    writeNewTable(data + "PARAPROG.DBF", paraprog);
     NewTable depart;
     depart.fields = {text("CODE", 2), text("NOM", 20)};
     depart.rows = {{"01", "Pièces"}};
