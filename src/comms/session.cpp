@@ -20,6 +20,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <algorithm>
+#include <limits>
 
 namespace {
 
@@ -269,7 +270,10 @@ DownloadSession::Destination DownloadSession::destinationOf(const QByteArray& to
 
 void DownloadSession::announce(const QByteArray& token, const QByteArray& data) {
     const Destination destination = destinationOf(token);
-    ExpectedSize = qint32(Protocol::AnnouncedSize(data));
+    const qint64 size = Protocol::AnnouncedSize(data);
+    if (size > std::numeric_limits<qint32>::max() || size < std::numeric_limits<qint32>::min())
+        throw SessionError(6, QStringLiteral("Overflow"));
+    ExpectedSize = qint32(size);
     closeTransferFile();
     inTransfer_ = false;
     transferBroken_ = false;
@@ -310,7 +314,7 @@ void DownloadSession::fileData(const QByteArray& data) {
                            QStringLiteral("Bad file name or number"));
     if (transferBroken_) {
         // The rest of a file that could not be written: counted, not kept.
-        ReceivedBytes += qint32(data.size());
+        countReceived(data.size());
         inTransfer_ = ReceivedBytes < ExpectedSize;
         return;
     }
@@ -318,11 +322,11 @@ void DownloadSession::fileData(const QByteArray& data) {
         const QString reason = transferFile_->errorString();
         closeTransferFile();
         transferBroken_ = true;
-        ReceivedBytes += qint32(data.size());
+        countReceived(data.size());
         inTransfer_ = ReceivedBytes < ExpectedSize;
         throw SessionError(SessionError::BadFileNameOrNumber, reason);
     }
-    ReceivedBytes += qint32(data.size());
+    countReceived(data.size());
     if (ExpectedSize <= 0)
         throw SessionError(11, QStringLiteral("Division by zero"));
     setProgress(float(double(ReceivedBytes) / double(ExpectedSize) * 100.0));
@@ -330,6 +334,11 @@ void DownloadSession::fileData(const QByteArray& data) {
     showTransfer(!inTransfer_);
     if (!inTransfer_)
         completeFile();
+}
+
+void DownloadSession::countReceived(qsizetype bytes) {
+    const qint64 total = qint64(ReceivedBytes) + bytes;
+    ReceivedBytes = qint32(std::min<qint64>(total, std::numeric_limits<qint32>::max()));
 }
 
 void DownloadSession::showTransfer(bool final) {

@@ -111,6 +111,7 @@ private:
     void storeVersions(const QByteArray& data);
     void serverError();
     void fileData(const QByteArray& data);
+    void countReceived(qsizetype bytes);
     void completeFile();
     QString checkedFile(const QString& request) const;
     void closeTransferFile();
