@@ -44,6 +44,8 @@ const QString UpdaterName = QStringLiteral("UPDATE.EXE");
 // written as each piece arrives.
 constexpr qint64 CaptionIntervalMs = 50;
 
+constexpr qint64 ReadAhead = 1 << 20;
+
 std::unique_ptr<QIODevice> openForWriting(const QString& path) {
     auto file = std::make_unique<QFile>(path);
     file->open(QIODevice::WriteOnly | QIODevice::Truncate);
@@ -73,6 +75,9 @@ DownloadSession::DownloadSession(SessionView& view, QObject* parent)
     connect(&socket_, &QTcpSocket::errorOccurred, this, &DownloadSession::onSocketError);
     connect(&socket_, &QTcpSocket::disconnected, this, &DownloadSession::onDisconnected);
     connect(&socket_, &QTcpSocket::stateChanged, this, &DownloadSession::wakeWaiters);
+    // Each arrival is written at once; reading at most this much ahead keeps the memory of a
+    // long transfer small when the disk is slower than the line.
+    socket_.setReadBufferSize(ReadAhead);
     silenceTimer_.setSingleShot(true);
     connect(&silenceTimer_, &QTimer::timeout, this, [this] {
         if (!running_)
