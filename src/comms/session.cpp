@@ -193,7 +193,9 @@ void DownloadSession::SocketClosed() {
     StopRequested = true;
     TransferFailed = true;
     wakeWaiters();
-    if (CurrentRequest.isEmpty())
+    // A waiting plan notices the failure and closes the session itself; before the plan
+    // (the start file) nobody else would.
+    if (CurrentRequest.isEmpty() || !followUpRunning_)
         Deconnecte(false);
 }
 

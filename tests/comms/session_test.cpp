@@ -334,6 +334,16 @@ TEST_F(SessionTest, SocketErrorsByWinsockNumber) {
     EXPECT_TRUE(view.reports.isEmpty());
     prompts.expectMessage(QStringLiteral("wsckError: 10050 Network down"));
     session->SocketError(10050, QStringLiteral("Network down"));
+    // A close asked for while the report is shown (inside the first close) does nothing.
+    view.onReport = [this] { session->SocketError(11001, QStringLiteral("host")); };
     session->SocketError(11001, QStringLiteral("host")); // silent
     EXPECT_EQ(view.reports, (QStringList{EndLine, EndLine}));
+}
+
+TEST_F(SessionTest, ServerClosingDuringTheStartFileEndsTheSession) {
+    ScriptedServer::Reply start = ScriptedServer::file("BATI3", QByteArray(5000, 's'));
+    start.closeAfter = 100;
+    server.answer("BATI3", start);
+    runSession();
+    EXPECT_EQ(view.reports, QStringList{EndLine});
 }

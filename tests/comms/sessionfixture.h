@@ -16,6 +16,7 @@
 #include <QStringList>
 #include <gtest/gtest.h>
 #include <memory>
+#include <utility>
 
 // Records what the session shows.
 class RecordingView : public SessionView {
@@ -37,7 +38,11 @@ public:
     void setChoiceBold(int index, bool bold) override { this->bold[index] = bold; }
     void rebuildViews() override { events << QStringLiteral("rebuilt"); }
     void restoreWindow() override {}
-    void showReport(const QString& report) override { reports << report; }
+    void showReport(const QString& report) override {
+        reports << report;
+        if (auto hook = std::exchange(onReport, nullptr))
+            hook();
+    }
     void closeProgram() override { events << QStringLiteral("close program"); }
     void itemDone(const QString& item, bool succeeded) override {
         items << item + (succeeded ? QStringLiteral(" ok") : QStringLiteral(" failed"));
@@ -52,8 +57,8 @@ public:
     bool bold[6] = {};
     QList<float> progress;
     QStringList titles, statuses, events, reports, items;
-    // Runs inside the wait of the session (e.g. a stop button), once, when a title is shown.
-    std::function<void()> onTitle;
+    // Runs once while the next report is shown.
+    std::function<void()> onReport;
 };
 
 class RecordingUpdater : public ProgramUpdater {
