@@ -78,6 +78,11 @@ DownloadSession::DownloadSession(SessionView& view, QObject* parent)
     // Each arrival is written at once; reading at most this much ahead keeps the memory of a
     // long transfer small when the disk is slower than the line.
     socket_.setReadBufferSize(ReadAhead);
+    captionTimer_.setSingleShot(true);
+    connect(&captionTimer_, &QTimer::timeout, this, [this] {
+        if (inTransfer_)
+            showTransfer(true);
+    });
     silenceTimer_.setSingleShot(true);
     connect(&silenceTimer_, &QTimer::timeout, this, [this] {
         if (!running_)
@@ -349,8 +354,13 @@ void DownloadSession::countReceived(qsizetype bytes) {
 }
 
 void DownloadSession::showTransfer(bool final) {
-    if (!final && captionClock_.isValid() && captionClock_.elapsed() < CaptionIntervalMs)
+    if (!final && captionClock_.isValid() && captionClock_.elapsed() < CaptionIntervalMs) {
+        // Shown a little later, so that a transfer that stalls shows where it stands.
+        if (!captionTimer_.isActive())
+            captionTimer_.start(int(CaptionIntervalMs));
         return;
+    }
+    captionTimer_.stop();
     captionClock_.start();
     const double seconds = double(transferClock_.nsecsElapsed()) / 1e9;
     const double rate = double(ReceivedBytes) / (seconds + 0.001) / 1000.0;

@@ -172,6 +172,7 @@ private:
     bool transferBroken_ = false; // the file could not be written: the rest is discarded
     QElapsedTimer transferClock_;
     QElapsedTimer captionClock_;
+    QTimer captionTimer_; // the caption held back by the interval, shown when it has passed
 
     std::vector<QEventLoop*> waiters_;
 };

@@ -25,6 +25,10 @@ void ScriptedServer::answer(const QByteArray& request, const Reply& reply) {
     replies_.insert(request, reply);
 }
 
+void ScriptedServer::answerStartingWith(const QByteArray& prefix, const Reply& reply) {
+    prefixReplies_ << qMakePair(prefix, reply);
+}
+
 void ScriptedServer::answerStart(const QByteArray& startFile, const QByteArray& programVersion) {
     answer("BATI3", file("BATI3", startFile));
     const ProgramVersion own = CurrentVersion();
@@ -63,8 +67,14 @@ void ScriptedServer::handle(const QByteArray& request) {
             stream(awaitingAck_.takeFirst());
         return;
     }
-    const auto reply = replies_.constFind(request);
-    if (reply == replies_.cend())
+    const Reply* reply = nullptr;
+    if (const auto exact = replies_.constFind(request); exact != replies_.cend())
+        reply = &*exact;
+    for (const auto& [prefix, candidate] : prefixReplies_) {
+        if (!reply && request.startsWith(prefix))
+            reply = &candidate;
+    }
+    if (!reply)
         return; // silence
     if (!reply->isFile) {
         client_->write(reply->message);

@@ -15,7 +15,6 @@
 #include <QTcpSocket>
 
 class ScriptedServer : public QObject {
-    Q_OBJECT
 public:
     struct Reply {
         QByteArray message; // sent as it is (a plain message), or the announcement token
@@ -34,6 +33,8 @@ public:
 
     // The answer to a request, by its exact bytes.
     void answer(const QByteArray& request, const Reply& reply);
+    // The answer to every request that starts with these bytes and has no exact answer.
+    void answerStartingWith(const QByteArray& prefix, const Reply& reply);
     // The usual start: the start file and the versions "1.0;2.0;" + program version.
     void answerStart(const QByteArray& startFile, const QByteArray& programVersion);
 
@@ -52,5 +53,6 @@ private:
     QTcpServer server_;
     QPointer<QTcpSocket> client_;
     QHash<QByteArray, Reply> replies_;
+    QList<QPair<QByteArray, Reply>> prefixReplies_;
     QList<Reply> awaitingAck_;
 };
