@@ -347,3 +347,29 @@ TEST_F(SessionTest, ServerClosingDuringTheStartFileEndsTheSession) {
     runSession();
     EXPECT_EQ(view.reports, QStringList{EndLine});
 }
+
+TEST_F(SessionTest, VersionsThatCannotBeSplitCloseTheSessionWithItsReport) {
+    server.answer("BATI3", ScriptedServer::file("BATI3", "s"));
+    server.answer("VERSI2004.3.2", ScriptedServer::message("VERSI5.3.0"));
+    view.boxes[3] = true; // the plan does not run
+    prompts.expectMessageMatching(QStringLiteral("^errDataArrival: 5 "));
+    runSession();
+    EXPECT_EQ(view.reports, QStringList{EndLine});
+    EXPECT_FALSE(server.received.contains("NVINFNVCOM"));
+}
+
+TEST_F(SessionTest, ArrivalsOutsideATransfer) {
+    // A catalogue file nobody asked for opens nothing; data without a file is answered as a
+    // file that cannot be written.
+    session->DataArrival("CATAX10");
+    EXPECT_FALSE(QFile::exists(prg(QStringLiteral("NVCAT.ARJ"))));
+    EXPECT_FALSE(QFile::exists(prg(QStringLiteral("NVCATA.ARJ"))));
+    session->DataArrival("0123456789");
+    EXPECT_TRUE(session->TransferFailed);
+    EXPECT_GE(session->progress(), 100);
+    // A second "OKOKO" asks for the start file again.
+    session->CurrentRequest.clear();
+    session->DataArrival("OKOKO");
+    EXPECT_EQ(session->CurrentRequest, QStringLiteral("BATI3"));
+    EXPECT_EQ(session->progress(), 0);
+}
