@@ -428,6 +428,9 @@ void DownloadSession::send(const QByteArray& message) {
         return;
     }
     socket_.write(message);
+    // Handed to the system at once: a message has no end mark of its own, so two requests
+    // must not leave in one piece (an "ERROR:" and the plan's next request, say).
+    socket_.flush();
     restartSilenceTimer();
 }
 
