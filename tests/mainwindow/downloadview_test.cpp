@@ -8,6 +8,7 @@
 #include "comms/downloadpage.h"
 #include "data/moddata.h"
 #include "demotables.h"
+#include "mainwindow/commandstrip.h"
 #include "mainwindow/downloadview.h"
 #include "mainwindow/frmmain.h"
 #include "pricelists/pricelistsui.h"
@@ -104,7 +105,8 @@ TEST(DownloadView, StopMidListThenTheReportAndTheWindowGivenBack) {
             button = page.cmdOK->text();
             buttonEnabled = page.cmdOK->isEnabled();
             framesEnabled = page.fraMAJ->isEnabled();
-            treesEnabled = main->priceLists->listPane->tbsList->isEnabled();
+            treesEnabled =
+                main->priceLists->listPane->tbsList->isEnabled() || main->picMenu[0]->isEnabled();
             progress = page.ProgressBar1->value();
             keepPicture(frame, QStringLiteral("session-%1").arg(nation));
             // The stop closes at once without a report; the report comes when the plan has
@@ -130,6 +132,7 @@ TEST(DownloadView, StopMidListThenTheReportAndTheWindowGivenBack) {
         EXPECT_EQ(page.cmdOK->text(), LoadText(96));
         EXPECT_TRUE(page.fraMAJ->isEnabled());
         EXPECT_TRUE(main->priceLists->listPane->tbsList->isEnabled());
+        EXPECT_TRUE(main->picMenu[0]->isEnabled());
         EXPECT_TRUE(page.lblIDTransfert->text().startsWith(LoadText(69)));
         EXPECT_EQ(page.ProgressBar1->value(), 0);
         frame.hide();
