@@ -161,6 +161,10 @@ int fetch(const FetchOptions& o) {
         QCoreApplication::exec();
     CloseData();
     const bool versionsAnswered = !session.VersionTable[2][0].isEmpty();
+    if (!versionsAnswered && !prompts.failed && !view.failed) // a host not found says nothing
+        PrintLine(stderr, QStringLiteral("fetchupdates: no session with the server %1 port %2")
+                              .arg(App().Settings.IP)
+                              .arg(quint16(App().Settings.Port)));
     return view.failed || prompts.failed || !versionsAnswered ? Failed : Succeeded;
 }
 
