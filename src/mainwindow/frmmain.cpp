@@ -10,6 +10,7 @@
 #include "comms/downloadpage.h"
 #include "data/moddata.h"
 #include "mainwindow/commandstrip.h"
+#include "mainwindow/downloadview.h"
 #include "partsfile/frmstock.h"
 #include "partsfile/modnvconvert.h"
 #include "partsfile/partsearchpane.h"
@@ -18,6 +19,7 @@
 #include "pricelists/pricelistsui.h"
 #include "pricelists/runguarded.h"
 #include "pricelists/treepanes.h"
+#include "pricelists/treerules.h"
 
 #include <QApplication>
 #include <QCheckBox>
@@ -67,6 +69,7 @@ frmMain::frmMain(QWidget* parent)
     }
     buildPanes();
     composePriceLists();
+    composeDownloads();
     for (MenuPicture* button : Picture1->picMenu) {
         button->onPress = [this](int index) { return pressCommand(index); };
         button->onRelease = [this](int index) { releaseCommand(index); };
@@ -82,6 +85,7 @@ frmMain::frmMain(QWidget* parent)
 
 frmMain::~frmMain() {
     qApp->removeEventFilter(this);
+    downloadView.reset(); // before the trees its hooks read
 }
 
 void frmMain::buildPanes() {
@@ -109,6 +113,39 @@ void frmMain::composePriceLists() {
     connect(priceLists, &PriceListsUi::listTabShown, Picture1, &CommandStrip::showListTab);
     connect(priceLists, &PriceListsUi::catalogueNodeChosen, Picture1,
             &CommandStrip::showCatalogueChoice);
+}
+
+// ---- The download session: the Download tab's view, and what it needs of the window ----
+
+void frmMain::composeDownloads() {
+    DownloadView::Hooks hooks;
+    hooks.enableOtherControls = [this](bool enabled) {
+        if (!App().UpdateMode) {
+            for (MenuPicture* button : Picture1->picMenu)
+                button->setEnabled(enabled);
+        }
+        listPane->enableTabs(listState.CurrentListTab, enabled);
+        catPane->enableTabs(listState.CurrentCatTab, enabled);
+    };
+    hooks.savePendingChanges = [this] {
+        return listState.ConfigDirty == Dirty::None || priceLists->saveChanges();
+    };
+    hooks.fillListChoice = [this](DownloadChoice& choice) {
+        choice.listMarks = &listState.ListMarks;
+        choice.listCount = listState.ListCount;
+        choice.checkedCatCount = listState.CheckedCatCount;
+        choice.catalogueChecked = [this](const QString& code) {
+            return catPane->isCatalogueChecked(code);
+        };
+    };
+    hooks.rebuildTrees = [this] { priceLists->refresh(); };
+    hooks.rebuildBulletins = [this] { bulletinPage->SetupBulletin(); };
+    hooks.focusListTree = [this] {
+        if (listPane->isTreeEnabled(listState.CurrentListTab))
+            focusListTree();
+    };
+    hooks.closeProgram = [this] { window()->close(); };
+    downloadView = std::make_unique<DownloadView>(*downloadPage, *this, std::move(hooks));
 }
 
 // A command button is pressed only when no configuration change waits to be saved.
@@ -160,8 +197,7 @@ void frmMain::Load() {
         }
     });
     Label();
-    // SetupEnv (the version table read for the update check) is called here, after the
-    // captions, once the version check is part of the program.
+    loadStep([this] { downloadView->session().SetupEnv(); });
     if (!updateMode) {
         loadStep([this] { bulletinPage->SetupBulletin(); });
         loadStep([this] { priceLists->refresh(); });
@@ -338,8 +374,8 @@ bool frmMain::eventFilter(QObject* watched, QEvent* event) {
 bool frmMain::QueryUnload() {
     AppState& app = App();
     try {
-        if (downloadPage->cmdOK->text() == LoadText(116))
-            return false;
+        if (downloadView->session().running())
+            return false; // a transfer is running
         if (!priceLists->commitTyped())
             return false;
         BindConfig(false);
@@ -357,9 +393,7 @@ bool frmMain::QueryUnload() {
 
 void frmMain::Unload() {
     try {
-        wsckEnvoi.close();
-        while (wsckEnvoi.state() != QAbstractSocket::UnconnectedState)
-            WaitWithEvents(10);
+        downloadView->session().abortConnection();
         SaveSettings(settingsStore, App(), CurrentLayout());
         if (!App().UpdateMode)
             CloseData();

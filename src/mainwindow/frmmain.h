@@ -4,17 +4,19 @@
 #include "app/settings.h"
 #include "pricelists/pricelistsstate.h"
 
-#include <QTcpSocket>
 #include <QWidget>
 #include <array>
 #include <functional>
+#include <memory>
 
 class BulletinPage;
 class CatTreePane;
 class CommandStrip;
 class ConfigPane;
 class DownloadPage;
+class DownloadView;
 class ListTreePane;
+class MenuPicture;
 class PartSearchPane;
 class PriceListsUi;
 class QTabWidget;
@@ -55,12 +57,13 @@ public:
     ConfigPane* configPane = nullptr;
     BulletinPage* bulletinPage = nullptr;
     PartSearchPane* partSearchPane = nullptr;
-    QTcpSocket wsckEnvoi;
     CRegSettings settingsStore; // where the settings go back at shut-down
 
     // Shared state of the window: the list selection, pending changes, current tabs and rows.
     PriceListState listState;
     PriceListsUi* priceLists = nullptr;
+    // The download session and its view on the Download tab.
+    std::unique_ptr<DownloadView> downloadView;
     // The last left-button press on a splitter; none while no drag is under way.
     int LastMouseDownX = 2147483647;
     int LastMouseDownY = 2147483647;
@@ -72,6 +75,7 @@ protected:
 private:
     void buildPanes();
     void composePriceLists();
+    void composeDownloads();
     bool pressCommand(int index);
     void releaseCommand(int index);
     void runCommand(int index);
