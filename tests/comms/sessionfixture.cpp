@@ -1,5 +1,7 @@
 #include "sessionfixture.h"
 
+#include "testfiles.h"
+
 #include "app/appstate.h"
 #include "app/serviceprogram.h"
 #include "comms/sessiontext.h"
@@ -120,15 +122,8 @@ void SessionTest::waitWhile(const std::function<bool()>& condition, int limitMs)
 }
 
 QStringList SessionTest::serviceCalls() const {
-    QFile log(data(QStringLiteral("NVSERV.LOG")));
-    QStringList calls;
-    if (!log.open(QIODevice::ReadOnly | QIODevice::Text))
-        return calls;
     // A job the stand-in could not do adds a line of its own ("! " and the reason).
-    for (const QByteArray& line : log.readAll().split('\n')) {
-        const QByteArray call = line.mid(line.indexOf('\t') + 1);
-        if (!line.isEmpty() && !call.startsWith("! "))
-            calls << QString::fromUtf8(call);
-    }
+    QStringList calls = LoggedLines(data(QStringLiteral("NVSERV.LOG")));
+    calls.removeIf([](const QString& line) { return line.startsWith(u"! "); });
     return calls;
 }
