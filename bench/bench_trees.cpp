@@ -7,6 +7,7 @@
 
 #include "dbase/connection.h"
 #include "dbase/recordset.h"
+#include "pricelists/configpane.h"
 #include "pricelists/pricelistsui.h"
 #include "pricelists/treepanes.h"
 
@@ -70,7 +71,9 @@ struct Installation {
     Recordset rsCataList;
     PriceListState state;
     QWidget window;
-    std::unique_ptr<PriceListsUi> ui;
+    ListTreePane* listPane = nullptr;
+    CatTreePane* catPane = nullptr;
+    PriceListsUi* ui = nullptr; // a child of the window
 
     Installation(int lists, int catalogues) {
         WritePrixList(dir.path(), listRows(lists, catalogues));
@@ -81,14 +84,13 @@ struct Installation {
         rsCataList.open(QStringLiteral("SELECT * FROM CATALIST ORDER BY [DESC]"), conn,
                         CursorType::Keyset, LockType::Optimistic);
         state.Today = [] { return FixtureToday; };
-        PriceListsUi::Parts parts;
-        parts.window = &window;
-        parts.rsPrixList = &rsPrixList;
-        parts.rsCataList = &rsCataList;
-        ui = std::make_unique<PriceListsUi>(state, parts);
         auto* layout = new QHBoxLayout(&window);
-        layout->addWidget(ui->listPane);
-        layout->addWidget(ui->catPane);
+        listPane = new ListTreePane(&window);
+        catPane = new CatTreePane(&window);
+        layout->addWidget(listPane);
+        layout->addWidget(catPane);
+        ui = new PriceListsUi({*listPane, *catPane, *new ConfigPane(&window)}, state,
+                              {rsPrixList, rsCataList}, &window);
         window.resize(1200, 600);
         window.show();
         // A few marks, as a dealer's selection keeps them across the rebuilds.
@@ -107,8 +109,8 @@ void BM_SetupCatSetupList(benchmark::State& bench) {
         installation.ui->refresh();
     bench.counters["lists"] = lists;
     bench.counters["catalogues"] = catalogues;
-    bench.counters["children"] = installation.ui->catPane->tvwCat[0]->nodeCount() -
-                                 installation.ui->catPane->tvwCat[0]->topLevelItemCount();
+    bench.counters["children"] = installation.catPane->tvwCat[0]->nodeCount() -
+                                 installation.catPane->tvwCat[0]->topLevelItemCount();
 }
 // Run with --benchmark_repetitions=9 --benchmark_report_aggregates_only=true for the median.
 BENCHMARK(BM_SetupCatSetupList)

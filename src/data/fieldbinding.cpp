@@ -15,20 +15,20 @@ FieldBinding::~FieldBinding() {
 }
 
 void FieldBinding::addLineEdit(QLineEdit* edit, int field) {
-    controls_.append({Kind::Text, edit, field, nullptr, {}, {}});
+    controls_.append({Kind::Text, edit, field, nullptr, {}, {}, false});
     if (isBound())
         connectControl(controls_.last());
 }
 
 void FieldBinding::addCheckBox(QCheckBox* box, int field) {
-    controls_.append({Kind::Check, box, field, nullptr, {}, {}});
+    controls_.append({Kind::Check, box, field, nullptr, {}, {}, false});
     if (isBound())
         connectControl(controls_.last());
 }
 
 void FieldBinding::addComboBox(QComboBox* combo, int field, Recordset& rowSource,
                                const QString& listField, const QString& boundColumn) {
-    controls_.append({Kind::Combo, combo, field, &rowSource, listField, boundColumn});
+    controls_.append({Kind::Combo, combo, field, &rowSource, listField, boundColumn, false});
     if (isBound())
         connectControl(controls_.last());
 }
@@ -61,15 +61,22 @@ void FieldBinding::unbind() {
 void FieldBinding::connectControl(const Control& c) {
     const int field = c.field;
     if (auto* edit = qobject_cast<QLineEdit*>(c.widget.data())) {
-        connections_ << connect(edit, &QLineEdit::textEdited, this,
-                                [this, field](const QString& text) { write(field, text); });
+        connections_ << connect(edit, &QLineEdit::textEdited, this, [this, edit, field] {
+            if (Control* typed = find(edit))
+                typed->typed = true;
+            Q_EMIT edited(field);
+        });
     } else if (auto* box = qobject_cast<QCheckBox*>(c.widget.data())) {
-        connections_ << connect(box, &QCheckBox::clicked, this,
-                                [this, field](bool checked) { write(field, checked); });
+        connections_ << connect(box, &QCheckBox::clicked, this, [this, field](bool checked) {
+            if (write(field, checked))
+                Q_EMIT edited(field);
+        });
     } else if (auto* combo = qobject_cast<QComboBox*>(c.widget.data())) {
         fillCombo(c);
-        connections_ << connect(combo, &QComboBox::activated, this,
-                                [this, field, combo](int i) { write(field, combo->itemData(i)); });
+        connections_ << connect(combo, &QComboBox::activated, this, [this, field, combo](int i) {
+            if (write(field, combo->itemData(i)))
+                Q_EMIT edited(field);
+        });
     }
 }
 
@@ -91,9 +98,35 @@ void FieldBinding::fillCombo(const Control& c) {
 }
 
 void FieldBinding::refresh(int onlyField) {
-    for (const Control& c : std::as_const(controls_))
+    for (Control& c : controls_)
         if (c.widget && (onlyField < 0 || c.field == onlyField))
             show(c);
+}
+
+FieldBinding::Control* FieldBinding::find(const QWidget* widget) {
+    for (Control& c : controls_)
+        if (c.widget == widget)
+            return &c;
+    return nullptr;
+}
+
+bool FieldBinding::hasTyped(const QWidget* control) const {
+    for (const Control& c : controls_)
+        if (c.widget == control)
+            return c.typed;
+    return false;
+}
+
+bool FieldBinding::commit(const QWidget* control) {
+    for (Control& c : controls_) {
+        auto* edit = qobject_cast<QLineEdit*>(c.widget.data());
+        if (!edit || !c.typed || (control && c.widget != control))
+            continue;
+        if (!write(c.field, edit->text()))
+            return false;
+        c.typed = false;
+    }
+    return true;
 }
 
 QString FieldBinding::displayText(const QVariant& value) {
@@ -117,7 +150,8 @@ QString FieldBinding::displayText(const QVariant& value) {
     }
 }
 
-void FieldBinding::show(const Control& c) {
+void FieldBinding::show(Control& c) {
+    c.typed = false;
     QVariant value;
     Recordset* rs = recordset_.data();
     const bool onRow = rs && rs->isOpen() && !rs->eof() && !rs->bof();
@@ -135,18 +169,19 @@ void FieldBinding::show(const Control& c) {
 }
 
 // A user's edit goes into the current row's pending values; nothing escapes to the caller's
-// event loop.
-void FieldBinding::write(int field, const QVariant& value) {
+// event loop. False when the field refused the value.
+bool FieldBinding::write(int field, const QVariant& value) {
     Recordset* rs = recordset_.data();
     if (!rs || !rs->isOpen() || rs->eof() || rs->bof())
-        return;
+        return true;
     writing_ = true;
     try {
         rs->setValue(field, value);
         writing_ = false;
-        Q_EMIT edited(field);
+        return true;
     } catch (const DbError& e) {
         writing_ = false;
         Q_EMIT editRefused(field, e.description());
+        return false;
     }
 }

@@ -1,5 +1,7 @@
 #include "mainwindow/commandstrip.h"
 
+#include "app/messages.h"
+
 #include <QMouseEvent>
 #include <QPainter>
 
@@ -72,6 +74,33 @@ CommandStrip::CommandStrip(QWidget* parent) : QWidget(parent) {
     picMenu[6]->hide();
     setFixedHeight(ButtonSize.height() + 26);
     setAutoFillBackground(true);
+}
+
+void CommandStrip::label() {
+    static const int captions[][2] = {{0, 120}, {1, 121}, {3, 123}, {4, 124}, {2, 126}};
+    for (const auto& [index, message] : captions)
+        lblMenu[index]->setText(LoadText(message));
+}
+
+void CommandStrip::showListTab(bool activatedLists) {
+    if (activatedLists)
+        showInPlaceOf(4, 1);
+    else
+        showInPlaceOf(1, 4);
+    lblMenu[1]->setText(LoadText(activatedLists ? 121 : 122));
+}
+
+void CommandStrip::showCatalogueChoice(bool listUnderCatalogue) {
+    lblMenu[4]->setText(LoadText(listUnderCatalogue ? 125 : 124));
+    if (listUnderCatalogue)
+        showInPlaceOf(6, 5);
+    else
+        showInPlaceOf(5, 6);
+}
+
+void CommandStrip::showInPlaceOf(int shown, int hidden) {
+    picMenu[hidden]->setVisible(false);
+    picMenu[shown]->setVisible(true);
 }
 
 void CommandStrip::setBorderStyle(QLabel* button, int style) {

@@ -32,9 +32,21 @@ public:
     std::array<MenuPicture*, 7> picMenu{};
     std::array<QLabel*, 5> lblMenu{};
 
+    // The captions in the current language.
+    void label();
+    // The tab of activated lists offers Désactiver (button 4), that of the others Activer
+    // (button 1), in the same place.
+    void showListTab(bool activatedLists);
+    // A list under a catalogue offers Dissocier (button 6), any other node Associer (button 5).
+    void showCatalogueChoice(bool listUnderCatalogue);
+
     // Sets a button's border: 0 flat, 1 pressed.
     static void setBorderStyle(QLabel* button, int style);
 
 protected:
     void resizeEvent(QResizeEvent* event) override;
+
+private:
+    // Shows one button and hides the one that shares its place.
+    void showInPlaceOf(int shown, int hidden);
 };

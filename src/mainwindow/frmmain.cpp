@@ -7,13 +7,12 @@
 #include "comms/bulletinpage.h"
 #include "comms/downloadpage.h"
 #include "data/moddata.h"
-#include "dbase/dberror.h"
 #include "mainwindow/commandstrip.h"
 #include "partsfile/partsearchpane.h"
-#include "pricelists/configeditor.h"
 #include "pricelists/configpane.h"
 #include "pricelists/explistrules.h"
 #include "pricelists/pricelistsui.h"
+#include "pricelists/runguarded.h"
 #include "pricelists/treepanes.h"
 
 #include <QApplication>
@@ -31,15 +30,14 @@
 
 namespace {
 const int KeyStepTwips = 120;
+// A failure during the load: the box gives the number and the description on one line.
+const ErrorHandler LoadErrors{QStringLiteral("ErrForm: "), QStringLiteral(" "),
+                              QStringLiteral("\r\n")};
 } // namespace
 
 frmMain::frmMain(QWidget* parent)
-    : QWidget(parent), Picture1(new CommandStrip(this)), panesArea(new QWidget(this)),
-      tbsInfo(nullptr), downloadPage(nullptr), configPage(nullptr), bulletinPage(nullptr),
-      partSearchPane(nullptr) {
+    : QWidget(parent), Picture1(new CommandStrip(this)), panesArea(new QWidget(this)) {
     setObjectName(QStringLiteral("frmMain"));
-    picMenu = Picture1->picMenu;
-    lblMenu = Picture1->lblMenu;
     for (int i = 0; i < 3; ++i) {
         picForm[i] = new QWidget(panesArea);
         picForm[i]->setObjectName(QStringLiteral("picForm%1").arg(i));
@@ -51,9 +49,9 @@ frmMain::frmMain(QWidget* parent)
         picSplitter[i]->setObjectName(QStringLiteral("picSplitter%1").arg(i));
         picSplitter[i]->setCursor(i == 0 ? Qt::SplitHCursor : Qt::SplitVCursor);
     }
-    buildInformationTabs();
+    buildPanes();
     composePriceLists();
-    for (MenuPicture* button : picMenu) {
+    for (MenuPicture* button : Picture1->picMenu) {
         button->onPress = [this](int index) { return pressCommand(index); };
         button->onRelease = [this](int index) { releaseCommand(index); };
     }
@@ -68,41 +66,33 @@ frmMain::frmMain(QWidget* parent)
 
 frmMain::~frmMain() {
     qApp->removeEventFilter(this);
-    priceLists.reset(); // before the panes it lent its widgets to
 }
 
-void frmMain::buildInformationTabs() {
+void frmMain::buildPanes() {
+    listPane = new ListTreePane(picForm[0]);
+    picForm[0]->layout()->addWidget(listPane);
+    catPane = new CatTreePane(picForm[1]);
+    picForm[1]->layout()->addWidget(catPane);
     tbsInfo = new QTabWidget(picForm[2]);
     tbsInfo->setObjectName(QStringLiteral("tbsInfo"));
-    downloadPage = new DownloadPage;
-    configPage = new QWidget;
-    configPage->setLayout(new QVBoxLayout);
-    configPage->layout()->setContentsMargins(0, 0, 0, 0);
-    bulletinPage = new BulletinPage;
-    partSearchPane = new PartSearchPane;
+    downloadPage = new DownloadPage(tbsInfo);
+    configPane = new ConfigPane(tbsInfo);
+    bulletinPage = new BulletinPage(tbsInfo);
+    partSearchPane = new PartSearchPane(tbsInfo);
     for (QWidget* page :
-         {static_cast<QWidget*>(downloadPage), configPage, static_cast<QWidget*>(bulletinPage),
-          static_cast<QWidget*>(partSearchPane)})
+         std::initializer_list<QWidget*>{downloadPage, configPane, bulletinPage, partSearchPane})
         tbsInfo->addTab(page, QString());
     picForm[2]->layout()->addWidget(tbsInfo);
+    ExpListRules::install(downloadPage->txtExpList);
 }
 
 void frmMain::composePriceLists() {
-    PriceListsUi::Parts parts;
-    parts.window = this;
-    parts.rsPrixList = &rsPrixList;
-    parts.rsCataList = &rsCataList;
-    parts.rsDepart = &rsDepart;
-    parts.binding = &ConfigBinding();
-    for (int i = 0; i < 7; ++i)
-        parts.buttons.picMenu[i] = picMenu[i];
-    parts.buttons.lblMenu = lblMenu;
-    parts.partSearch = partSearchPane;
-    priceLists = std::make_unique<PriceListsUi>(listState, parts);
-    picForm[0]->layout()->addWidget(priceLists->listPane);
-    picForm[1]->layout()->addWidget(priceLists->catPane);
-    configPage->layout()->addWidget(priceLists->configPane);
-    ExpListRules::install(downloadPage->txtExpList);
+    priceLists = new PriceListsUi({*listPane, *catPane, *configPane}, listState,
+                                  {rsPrixList, rsCataList, &rsDepart, &ConfigBinding()}, this);
+    connect(priceLists, &PriceListsUi::listShown, partSearchPane, &PartSearchPane::setGroupCode);
+    connect(priceLists, &PriceListsUi::listTabShown, Picture1, &CommandStrip::showListTab);
+    connect(priceLists, &PriceListsUi::catalogueNodeChosen, Picture1,
+            &CommandStrip::showCatalogueChoice);
 }
 
 // A command button is pressed only when no configuration change waits to be saved.
@@ -115,12 +105,8 @@ void frmMain::releaseCommand(int) {
     focusListTree();
 }
 
-void frmMain::saveChanges() {
-    priceLists->config().SauveChange(listState.ConfigDirty);
-}
-
 void frmMain::focusListTree() {
-    priceLists->listPane->tvwList[listState.CurrentListTab]->setFocus();
+    listPane->tvwList.at(listState.CurrentListTab)->setFocus();
 }
 
 void frmMain::Load() {
@@ -133,7 +119,7 @@ void frmMain::Load() {
         LastMouseDownX = LastMouseDownY = 2147483647;
     });
     loadStep([this, updateMode] {
-        for (MenuPicture* button : picMenu) {
+        for (MenuPicture* button : Picture1->picMenu) {
             button->setCursor(Qt::PointingHandCursor);
             button->setEnabled(!updateMode);
         }
@@ -151,47 +137,33 @@ void frmMain::Load() {
         for (auto* box : downloadPage->chkMAJ)
             box->setEnabled(false);
     });
-    loadStep(
-        [this] { priceLists->listPane->tvwList.at(listState.CurrentListTab)->setVisible(true); });
-    loadStep([this] { priceLists->catPane->tvwCat.at(listState.CurrentCatTab)->setVisible(true); });
+    loadStep([this] { listPane->tvwList.at(listState.CurrentListTab)->setVisible(true); });
+    loadStep([this] { catPane->tvwCat.at(listState.CurrentCatTab)->setVisible(true); });
 }
 
 // A failure during the load is reported with the contact line, the program will then close
 // without asking, and the load goes on with its next step.
 void frmMain::loadStep(const std::function<void()>& step) {
-    try {
-        step();
-    } catch (const DbError& error) {
-        showLoadError(error.number(), error.description());
-    } catch (const std::exception& error) {
-        showLoadError(0, QString::fromUtf8(error.what()));
-    }
-}
-
-void frmMain::showLoadError(qint64 number, const QString& description) {
-    MsgBox(QStringLiteral("ErrForm: ") + QString::number(number) + u' ' + description +
-           QStringLiteral("\r\n") + App().ContactLine);
-    App().QuitWithoutAsking = true;
+    if (RunGuarded(LoadErrors, step) != StepResult::Done)
+        App().QuitWithoutAsking = true;
 }
 
 void frmMain::Label() {
     try {
-        priceLists->listPane->label();
-        priceLists->catPane->label();
+        listPane->label();
+        catPane->label();
         static const int infoTabs[] = {1, 7, 9, 8};
         for (int i = 0; i < 4; ++i)
             tbsInfo->setTabText(i, LoadText(infoTabs[i]));
-        priceLists->configPane->labelFields();
+        configPane->labelFields();
         downloadPage->labelUpdateFrame();
-        priceLists->configPane->labelFrames();
+        configPane->labelFrames();
         partSearchPane->label();
         downloadPage->labelChoices();
         bulletinPage->label();
         downloadPage->labelWarning();
         downloadPage->labelDownloadButton();
-        static const int menuCaptions[][2] = {{0, 120}, {1, 121}, {3, 123}, {4, 124}, {2, 126}};
-        for (const auto& caption : menuCaptions)
-            lblMenu[caption[0]]->setText(LoadText(caption[1]));
+        Picture1->label();
     } catch (const std::exception& error) {
         MsgBox(QStringLiteral("errLabel: ") + QString::fromUtf8(error.what()));
     }
@@ -291,8 +263,11 @@ bool frmMain::KeyDown(int key, Qt::KeyboardModifiers modifiers) {
         return true;
     }
     if (key == Qt::Key_F5) {
+        if (!priceLists->commitTyped())
+            return true;
+        // The focus landing on the tree may already have offered to save.
         focusListTree();
-        saveChanges();
+        priceLists->saveIfDirty();
         return true;
     }
     return false;
@@ -330,9 +305,10 @@ bool frmMain::QueryUnload() {
     try {
         if (downloadPage->cmdOK->text() == LoadText(116))
             return false;
+        if (!priceLists->commitTyped())
+            return false;
         BindConfig(false);
-        if (listState.ConfigDirty != Dirty::None)
-            saveChanges();
+        priceLists->saveIfDirty();
         if (!app.QuitWithoutAsking &&
             MsgBox(LoadText(35), Buttons::YesNo, Icon::None) == Answer::No) {
             BindConfig(true);

@@ -8,16 +8,15 @@
 #include <QWidget>
 #include <array>
 #include <functional>
-#include <memory>
 
 class BulletinPage;
+class CatTreePane;
 class CommandStrip;
+class ConfigPane;
 class DownloadPage;
-class MDIfrmMain;
-class MenuPicture;
+class ListTreePane;
 class PartSearchPane;
 class PriceListsUi;
-class QLabel;
 class QTabWidget;
 
 // The main window: the command strip above three panes (the list trees, the catalogue trees,
@@ -45,23 +44,24 @@ public:
     PaneLayout CurrentLayout() const;
     double TwipsPerPixel() const;
 
-    CommandStrip* Picture1;
-    std::array<MenuPicture*, 7> picMenu{};
-    std::array<QLabel*, 5> lblMenu{};
+    CommandStrip* Picture1; // the command strip: picMenu(0 to 6), lblMenu(0 to 4)
     QWidget* panesArea;
     std::array<QWidget*, 3> picForm{};
     std::array<QWidget*, 2> picSplitter{};
-    QTabWidget* tbsInfo;
-    DownloadPage* downloadPage;
-    QWidget* configPage;
-    BulletinPage* bulletinPage;
-    PartSearchPane* partSearchPane;
+    ListTreePane* listPane = nullptr; // picForm 0
+    CatTreePane* catPane = nullptr;   // picForm 1
+    QTabWidget* tbsInfo = nullptr;    // picForm 2, with the four pages below
+    DownloadPage* downloadPage = nullptr;
+    ConfigPane* configPane = nullptr;
+    BulletinPage* bulletinPage = nullptr;
+    PartSearchPane* partSearchPane = nullptr;
     QTcpSocket wsckEnvoi;
     CRegSettings settingsStore; // where the settings go back at shut-down
 
     // Shared state of the window: the list selection, pending changes, current tabs and rows.
     PriceListState listState;
-    std::unique_ptr<PriceListsUi> priceLists;
+    PriceListsUi* priceLists = nullptr;
+    // The last left-button press on a splitter; none while no drag is under way.
     int LastMouseDownX = 2147483647;
     int LastMouseDownY = 2147483647;
 
@@ -70,18 +70,16 @@ protected:
     void resizeEvent(QResizeEvent* event) override;
 
 private:
-    void buildInformationTabs();
+    void buildPanes();
     void composePriceLists();
     bool pressCommand(int index);
     void releaseCommand(int index);
-    void saveChanges();
     void focusListTree();
     void placePanes();
     void placeWindowInWorkArea();
     void moveFrame(int dxTwips, int dyTwips);
     void openHelpPage();
     void loadStep(const std::function<void()>& step);
-    void showLoadError(qint64 number, const QString& description);
 
     bool inAnotherProgram_ = false; // the user left for another program since the last activation
 };

@@ -5,19 +5,29 @@
 // SauveChange, which offers to save or drop what is pending.
 
 #include "pricelists/configrules.h"
+#include "pricelists/pricelistsstate.h"
 
 #include <QObject>
 
 class ConfigField;
-class PriceListsUi;
+class ConfigPane;
+class FieldBinding;
+class Recordset;
 
 class ConfigEditor : public QObject {
     Q_OBJECT
 public:
-    explicit ConfigEditor(PriceListsUi& ui);
+    struct Tables {
+        Recordset& rsPrixList;
+        Recordset* rsDepart = nullptr; // the departments of cmbDepart; may be null
+        // Where the pane's controls are tied to the current PRIXLIST row; may be null.
+        FieldBinding* binding = nullptr;
+    };
+    ConfigEditor(ConfigPane& pane, PriceListState& state, Tables tables);
 
-    // Ties the pane to the current PRIXLIST row, or unties it.
-    void bind(bool bound);
+    // Writes what was typed in the pane into the current row. A value its field cannot hold is
+    // refused at once with a message; its field keeps the focus and the text. False then.
+    bool commitTyped();
 
     // Handlers of the pane's controls (connected to them; tests may call them directly).
     ConfigKey txtConfigKeyPress(ConfigField* field, QChar typed);
@@ -29,19 +39,26 @@ public:
     // Shows the current PRIXLIST row in the pane: its heading (the list's desc, or message
     // 1029 for a list not activated), the cost level (an empty or 0 level becomes 3 and is
     // saved at once) and the optDe choice.
-    void showList(bool activated);
+    void showList();
 
-    // Offers to save what is pending (mode: the value of ConfigDirty). True when the changes
-    // were written. Always leaves ConfigDirty at 0 and the trees rebuilt.
-    bool SauveChange(qint16 mode);
+    // Asks whether to save what is pending (mode: the value of ConfigDirty) and saves it or
+    // drops it; `focused` is the control that had the focus when the question came. True when
+    // the changes were written. The trees are the caller's to rebuild.
+    bool SauveChange(qint16 mode, QWidget* focused);
+
+protected:
+    // A press elsewhere in the window while a field holds a value it cannot take goes nowhere.
+    bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
     void registerControls();
+    void refuse(int field);
     void fieldEdited(int field);
     void restoreFocusedControl(QWidget* focused);
     bool saveRow();
     void dropChanges(qint16 mode);
 
-    PriceListsUi& ui_;
-    bool saving_ = false;
+    ConfigPane& pane_;
+    PriceListState& state_;
+    Tables tables_;
 };

@@ -54,6 +54,14 @@ void ConfigField::focusInEvent(QFocusEvent* event) {
         });
 }
 
+void ConfigField::focusOutEvent(QFocusEvent* event) {
+    QLineEdit::focusOutEvent(event);
+    const bool otherWindow =
+        event->reason() == Qt::ActiveWindowFocusReason || event->reason() == Qt::PopupFocusReason;
+    if (!otherWindow && leave_)
+        leave_(this);
+}
+
 namespace {
 
 int charWidth(const QWidget* widget, int chars) {

@@ -29,20 +29,25 @@ public:
     void setKeyFilter(KeyFilter filter) { filter_ = std::move(filter); }
     // Types one character as the keyboard would, through the filter (Enter and backspace too).
     void type(QChar typed);
+    // Runs when the focus leaves the field for another control of the window (not when another
+    // window takes it): what was typed is committed there.
+    void setLeaveHandler(std::function<void(ConfigField*)> handler) { leave_ = std::move(handler); }
 
 protected:
     void keyPressEvent(QKeyEvent* event) override;
     void focusInEvent(QFocusEvent* event) override;
+    void focusOutEvent(QFocusEvent* event) override;
 
 private:
     int index_;
     KeyFilter filter_;
+    std::function<void(ConfigField*)> leave_;
 };
 
 class ConfigPane : public QWidget {
     Q_OBJECT
 public:
-    static constexpr int FieldCount = 46; // PRIXLIST fields 0 to 45
+    static constexpr int FieldCount = PrixField::Count;
 
     explicit ConfigPane(QWidget* parent = nullptr);
 

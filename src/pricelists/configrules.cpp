@@ -5,7 +5,7 @@ int ConfigTextLimit(int field) {
         return 4;
     if (field == PrixField::Fournis)
         return 25;
-    if (field >= PrixField::FirstSubGroup && field <= 43 && field % 2 == 1)
+    if (field >= PrixField::FirstSubGroup && field <= PrixField::LFamille && field % 2 == 1)
         return 9; // the sub-group codes, and the two odd fields after them
     if (field == PrixField::FicFamille)
         return 8;

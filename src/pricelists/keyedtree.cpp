@@ -17,6 +17,17 @@ constexpr int FileCodeRole = Qt::UserRole + 3;
 
 } // namespace
 
+QString TreeErrors::description(qint64 number) {
+    switch (number) {
+    case ElementNotFound:
+        return QStringLiteral("Element not found");
+    case KeyNotUnique:
+        return QStringLiteral("Key is not unique in collection");
+    default:
+        return {};
+    }
+}
+
 // A node that tells its tree when its check state changes.
 class TreeNode final : public QTreeWidgetItem {
 public:
@@ -52,6 +63,7 @@ KeyedTree::KeyedTree(const QString& name, int index, QWidget* parent)
 }
 
 void KeyedTree::clearNodes() {
+    ++generation_;
     qDeleteAll(std::exchange(pendingTop_, {}));
     for (const auto& pending : std::exchange(pendingChildren_, {}))
         delete pending.second;
@@ -245,9 +257,13 @@ void KeyedTree::emitPending() {
         Q_EMIT nodeClick(reached);
 }
 
+// A press that gives the tree the focus may rebuild it (pending changes saved first): the
+// nodes it was aimed at are gone, so it selects nothing, and the node shown stays highlighted.
 void KeyedTree::focusInEvent(QFocusEvent* event) {
     QTreeWidget::focusInEvent(event);
+    const int before = generation_;
     Q_EMIT focusReceived();
+    pressSpent_ = event->reason() == Qt::MouseFocusReason && generation_ != before;
 }
 
 void KeyedTree::keyPressEvent(QKeyEvent* event) {
@@ -259,6 +275,11 @@ void KeyedTree::keyPressEvent(QKeyEvent* event) {
 }
 
 void KeyedTree::mousePressEvent(QMouseEvent* event) {
+    if (std::exchange(pressSpent_, false)) {
+        releaseSpent_ = true;
+        event->accept();
+        return;
+    }
     Q_EMIT mouseDown(event->button(), event->position().toPoint());
     userAction_ = true;
     QTreeWidget::mousePressEvent(event);
@@ -268,6 +289,10 @@ void KeyedTree::mousePressEvent(QMouseEvent* event) {
 }
 
 void KeyedTree::mouseReleaseEvent(QMouseEvent* event) {
+    if (std::exchange(releaseSpent_, false)) {
+        event->accept();
+        return;
+    }
     const QPoint pos = event->position().toPoint();
     userAction_ = true;
     QTreeWidget::mouseReleaseEvent(event);

@@ -10,6 +10,14 @@
 #include <QList>
 #include <QTreeWidget>
 
+// The errors of the tree control that the program names by number.
+namespace TreeErrors {
+inline constexpr qint64 ElementNotFound = 35601; // no node has the key asked for
+inline constexpr qint64 KeyNotUnique = 35602;    // a node already has the key given
+// The control's description of the error.
+QString description(qint64 number);
+} // namespace TreeErrors
+
 class KeyedTree : public QTreeWidget {
     Q_OBJECT
 public:
@@ -93,4 +101,7 @@ private:
     bool userAction_ = false;            // inside QTreeWidget's own handling of a user action
     QList<QTreeWidgetItem*> checked_;    // user check changes to report once it is done
     QTreeWidgetItem* reached_ = nullptr; // node reached by the keyboard, to report
+    int generation_ = 0;                 // counts the times the nodes were removed
+    bool pressSpent_ = false;            // the coming press brought the focus and was handled
+    bool releaseSpent_ = false;          // ... and so is its release
 };

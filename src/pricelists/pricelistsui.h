@@ -1,35 +1,20 @@
 #pragma once
 
-// The price lists and catalogues of the main window, composed in one place.
+// The price lists and catalogues of the main window: the list trees, the catalogue trees and
+// the configuration pane, with what ties them together. frmMain makes the three panes in its
+// own panes and hands them here with the shared state and the tables:
 //
-// frmMain creates one PriceListsUi once its command strip exists and the data store is open:
+//     priceLists = new PriceListsUi({listPane, catPane, configPane}, listState,
+//                                   {rsPrixList, rsCataList, &rsDepart, &ConfigBinding()},
+//                                   this);
 //
-//     PriceListsUi::Parts parts;
-//     parts.window = this;                        // shows the hourglass while saving
-//     parts.rsPrixList = &rsPrixList;             // the shared recordsets, open for the run
-//     parts.rsCataList = &rsCataList;
-//     parts.rsDepart = &rsDepart;
-//     parts.binding = &ConfigBinding();           // the pane registers its controls there
-//     parts.buttons = {picMenu, lblMenu};         // lent, not owned
-//     parts.partSearch = partSearchPane;          // may be null
-//     priceLists = std::make_unique<PriceListsUi>(listState, parts);
-//     picForm[0]->layout()->addWidget(priceLists->listPane);
-//     picForm[1]->layout()->addWidget(priceLists->catPane);
-//     configPage->layout()->addWidget(priceLists->configPane);
-//
-// Label() calls listPane->label(), catPane->label(), configPane->labelFields() and, after
-// fraMAJ, configPane->labelFrames(). The load then runs refresh() (SetupCat, SetupList).
-// Every command of the strip first calls saveIfDirty() and stops when it returns false.
-//
-// The panes are created without a parent; adding them to a layout parents them, and those
-// left without a parent are deleted with this object. The state belongs to frmMain and must
-// outlive this object.
+// then connects the signals below to the command strip and the part search. Its load runs
+// refresh() (SetupCat, SetupList); every command of the strip first calls saveIfDirty() and
+// stops when it returns false. The state belongs to frmMain and must outlive this object.
 
-#include "pricelists/commandbuttons.h"
 #include "pricelists/pricelistsstate.h"
 
-#include <QPointer>
-#include <array>
+#include <QObject>
 #include <memory>
 
 class CatTreePane;
@@ -37,56 +22,67 @@ class ConfigEditor;
 class ConfigPane;
 class FieldBinding;
 class ListTreePane;
-class PartSearchPane;
+class QTreeWidgetItem;
+class QWidget;
 class Recordset;
 class TreeBuilder;
 class TreeInteractions;
 
-class PriceListsUi {
+class PriceListsUi : public QObject {
+    Q_OBJECT
 public:
-    struct Parts {
-        QWidget* window = nullptr;
-        Recordset* rsPrixList = nullptr;
-        Recordset* rsCataList = nullptr;
+    struct Panes {
+        ListTreePane& lists;
+        CatTreePane& catalogues;
+        ConfigPane& config;
+    };
+    struct Tables {
+        Recordset& rsPrixList;
+        Recordset& rsCataList;
         Recordset* rsDepart = nullptr; // the departments of cmbDepart
         // Where the configuration pane's controls are tied to the current PRIXLIST row.
         FieldBinding* binding = nullptr;
-        CommandButtons buttons;
-        PartSearchPane* partSearch = nullptr;
     };
 
-    PriceListsUi(PriceListState& state, Parts parts);
-    ~PriceListsUi();
-    PriceListsUi(const PriceListsUi&) = delete;
-    PriceListsUi& operator=(const PriceListsUi&) = delete;
-
-    // The panes, for frmMain's layouts: picForm 0, picForm 1 and the configuration tab.
-    ListTreePane* listPane = nullptr;
-    CatTreePane* catPane = nullptr;
-    ConfigPane* configPane = nullptr;
-
-    PriceListState& state() { return state_; }
-    const Parts& parts() const { return parts_; }
-    Recordset& rsPrixList() const { return *parts_.rsPrixList; }
-    Recordset& rsCataList() const { return *parts_.rsCataList; }
+    // window: the window that shows the hourglass while changes are saved.
+    PriceListsUi(Panes panes, PriceListState& state, Tables tables, QWidget* window);
+    ~PriceListsUi() override;
 
     TreeBuilder& trees() { return *trees_; }
     ConfigEditor& config() { return *config_; }
     TreeInteractions& interactions() { return *interactions_; }
 
-    // All captions of the three panes, in the order the main window sets them.
-    void label();
-    // The refresh of the whole view: SetupCat, then SetupList.
+    // The refresh of the whole view: SetupCat, SetupList, then the list selected again is
+    // shown in the configuration pane.
     void refresh();
-    // Runs SauveChange when the configuration pane or an activation left changes pending;
+    // SauveChange for what is pending, then the refresh, the list tree shown given the focus
+    // again: the one place where pending changes are saved. Nothing happens while a value
+    // typed in the configuration pane is refused (its field keeps the focus).
+    void saveChanges();
+    // Writes what was typed in the configuration pane into the current row; false (after
+    // telling the user) when its field cannot hold it.
+    bool commitTyped();
+    // Runs saveChanges() when the configuration pane or an activation left changes pending;
     // true when nothing was pending (the command may go on).
     bool saveIfDirty();
+    // Shows the list a node stands for in the configuration pane (index: the tree's place in
+    // its array). Offers to save first when changes are pending, and then shows nothing.
+    void Nodeclick(int index, QTreeWidgetItem* node);
+
+Q_SIGNALS:
+    // A list is shown in the configuration pane; its group code leads the part search.
+    void listShown(const QString& groupCode);
+    // A list tab was chosen: one of the three of activated lists, or that of the others.
+    void listTabShown(bool activatedLists);
+    // A catalogue node was clicked: a list under a catalogue, or anything else.
+    void catalogueNodeChosen(bool listUnderCatalogue);
 
 private:
+    Panes panes_;
     PriceListState& state_;
-    Parts parts_;
+    Recordset& rsPrixList_;
+    QWidget* window_;
     std::unique_ptr<TreeBuilder> trees_;
     std::unique_ptr<ConfigEditor> config_;
     std::unique_ptr<TreeInteractions> interactions_;
-    std::array<QPointer<QWidget>, 3> panes_;
 };

@@ -13,6 +13,11 @@ ProgramEnd& programEnd() {
     return end;
 }
 
+ConversionRestart& conversionRestart() {
+    static ConversionRestart restart;
+    return restart;
+}
+
 } // namespace
 
 void EndProgram() {
@@ -28,6 +33,14 @@ ProgramEnd SetProgramEnd(ProgramEnd end) {
 }
 
 void RestartForConversion() {
+    if (conversionRestart()) {
+        conversionRestart()();
+        return;
+    }
     MsgBox(LoadText(133));
     EndProgram();
+}
+
+ConversionRestart SetConversionRestart(ConversionRestart restart) {
+    return std::exchange(conversionRestart(), std::move(restart));
 }

@@ -1,15 +1,11 @@
 #include "pricelists/treebuilder.h"
 
-#include "app/appstate.h"
-#include "app/prompts.h"
-#include "dbase/dberror.h"
+#include "data/fieldbinding.h"
 #include "dbase/recordset.h"
-#include "pricelists/configeditor.h"
 #include "pricelists/imagelist.h"
 #include "pricelists/keyedtree.h"
-#include "pricelists/pricelistsui.h"
 #include "pricelists/programend.h"
-#include "pricelists/treeinteractions.h"
+#include "pricelists/runguarded.h"
 #include "pricelists/treepanes.h"
 
 #include <QSignalBlocker>
@@ -17,7 +13,11 @@
 
 namespace {
 
-constexpr qint64 RecordsetClosed = 3704;
+const ErrorHandler SetupCatErrors{QStringLiteral("ErrSetupCat: ")};
+const ErrorHandler SetupListErrors{QStringLiteral("ErrSetupList: "), QStringLiteral("\n"),
+                                   QStringLiteral("\n"), true};
+const ErrorHandler CatalistErrors{QStringLiteral("errCatalist:")};
+const ErrorHandler SetListErrors{QStringLiteral("errSetList: ")};
 
 // Trees being rebuilt: their new nodes enter them together when the rebuild ends, however
 // it ends.
@@ -40,27 +40,6 @@ private:
 
 } // namespace
 
-QString ErrorBoxText(const QString& label, qint64 number, const QString& description) {
-    return label + QString::number(number) + QLatin1Char('\n') + description + QLatin1Char('\n') +
-           App().ContactLine;
-}
-
-StepResult RunGuarded(const QString& label, const std::function<void()>& step, bool endOnClosed) {
-    try {
-        step();
-        return StepResult::Done;
-    } catch (const DbError& error) {
-        if (endOnClosed && error.number() == RecordsetClosed) {
-            EndProgram();
-            return StepResult::Ended;
-        }
-        MsgBox(ErrorBoxText(label, error.number(), error.description()));
-    } catch (const std::exception& error) {
-        MsgBox(ErrorBoxText(label, 0, QString::fromLocal8Bit(error.what())));
-    }
-    return StepResult::Failed;
-}
-
 // Ordinals of the PRIXLIST fields read for every row, looked up once per rebuild.
 struct TreeBuilder::ListFields {
     int utiliser, desc, fichier, dateEff, dateStk, codeGro, ficFamille, catNo;
@@ -76,32 +55,33 @@ struct TreeBuilder::ListFields {
           catNo(rs.fieldIndex(QStringLiteral("CATNO"))) {}
 };
 
-TreeBuilder::TreeBuilder(PriceListsUi& ui) : ui_(ui) {}
+TreeBuilder::TreeBuilder(ListTreePane& lists, CatTreePane& catalogues, PriceListState& state,
+                         Tables tables)
+    : lists_(lists), catalogues_(catalogues), state_(state), tables_(tables) {}
 
 KeyedTree& TreeBuilder::listTree(int index) const {
-    return *ui_.listPane->tvwList.at(index);
+    return *lists_.tvwList.at(index);
 }
 
 KeyedTree& TreeBuilder::catTree(int index) const {
-    return *ui_.catPane->tvwCat.at(index);
+    return *catalogues_.tvwCat.at(index);
 }
 
 void TreeBuilder::SetupCat() {
-    PriceListState& state = ui_.state();
-    RunGuarded(QStringLiteral("ErrSetupCat: "), [&] {
-        state.CurrentNode = nullptr;
-        for (KeyedTree* tree : ui_.catPane->tvwCat) {
+    RunGuarded(SetupCatErrors, [&] {
+        state_.CurrentNode = nullptr;
+        for (KeyedTree* tree : catalogues_.tvwCat) {
             tree->hide();
             tree->clearNodes();
         }
         {
             // Back to the first tab without the tab handlers: the trees are being rebuilt.
-            const QSignalBlocker blocker(ui_.catPane->tbsCat);
-            ui_.catPane->tbsCat->setCurrentIndex(0);
+            const QSignalBlocker blocker(catalogues_.tbsCat);
+            catalogues_.tbsCat->setCurrentIndex(0);
         }
-        state.CurrentCatTab = 0;
+        state_.CurrentCatTab = 0;
 
-        Recordset& rs = ui_.rsCataList();
+        Recordset& rs = tables_.rsCataList;
         const int fichier = rs.fieldIndex(QStringLiteral("FICHIER"));
         const int desc = rs.fieldIndex(QStringLiteral("DESC"));
         const int utiliser = rs.fieldIndex(QStringLiteral("UTILISER"));
@@ -113,99 +93,113 @@ void TreeBuilder::SetupCat() {
             const QVariant code = rs.value(fichier);
             if (code.isNull())
                 continue;
-            const QString key = CatalogueKey(code.toString());
-            const QString text = rs.value(desc).toString();
-            if (rs.value(utiliser).toBool())
-                state.CurrentNode = catTree(0).addNode(key, text, ColorUpToDate);
-            else
-                state.CurrentNode = catTree(1).addNode(key, text, ColorInactive);
+            const bool activated = rs.value(utiliser).toBool();
+            KeyedTree& tree = catTree(activated ? 0 : 1);
+            QTreeWidgetItem* node =
+                tree.addNode(CatalogueKey(code.toString()), rs.value(desc).toString(),
+                             activated ? ColorUpToDate : ColorInactive);
+            // Two catalogues under one code: the second has no node of its own.
+            if (!node)
+                ShowErrorBox(SetupCatErrors, TreeErrors::KeyNotUnique,
+                             TreeErrors::description(TreeErrors::KeyNotUnique));
+            state_.CurrentNode = node;
         }
-        for (KeyedTree* tree : ui_.catPane->tvwCat)
+        for (KeyedTree* tree : catalogues_.tvwCat)
             tree->fitColumn();
         catTree(0).show();
     });
 }
 
 void TreeBuilder::SetList(bool visible) {
-    RunGuarded(QStringLiteral("errSetList: "), [&] {
-        PriceListState& state = ui_.state();
+    RunGuarded(SetListErrors, [&] {
         // The nodes go: nothing may keep pointing at them.
-        state.PendingCheckNode = nullptr;
-        state.CurrentNode = nullptr;
-        for (KeyedTree* tree : ui_.listPane->tvwList) {
+        state_.PendingCheckNode = nullptr;
+        state_.CurrentNode = nullptr;
+        for (KeyedTree* tree : lists_.tvwList) {
             tree->setVisible(visible);
             tree->clearNodes();
         }
     });
 }
 
-void TreeBuilder::SetupList() {
-    const QString label = QStringLiteral("ErrSetupList: ");
-    PriceListState& state = ui_.state();
-    Recordset& rs = ui_.rsPrixList();
-    auto step = [&](const std::function<void()>& body) { return RunGuarded(label, body, true); };
-
-    if (step([&] { ui_.config().bind(false); }) == StepResult::Ended)
-        return;
-    KeyedTree& shown = listTree(state.CurrentListTab);
+TreeBuilder::Restored TreeBuilder::SetupList() {
+    Recordset& rs = tables_.rsPrixList;
+    const auto step = [](const std::function<void()>& body) {
+        return RunGuarded(SetupListErrors, body);
+    };
+    if (step([&] {
+            if (tables_.binding)
+                tables_.binding->unbind();
+        }) == StepResult::Ended)
+        return {};
+    KeyedTree& shown = listTree(state_.CurrentListTab);
     if (QTreeWidgetItem* selected = shown.selectedNode())
-        state.SavedListNode = shown.nodeIndex(selected);
+        state_.SavedListNode = shown.nodeIndex(selected);
     SetList(false);
-
-    std::optional<ListFields> fields;
-    const StepResult start = step([&] {
-        state.ListCount = rs.recordCount();
-        state.ListMarks.redim(state.ListCount);
-        fields.emplace(rs);
-        if (state.ListCount > 0)
-            rs.moveFirst();
-    });
-    if (start == StepResult::Ended)
-        return;
-    if (start == StepResult::Done) {
-        const Building building{&listTree(0), &listTree(1), &listTree(2), &listTree(3),
-                                &catTree(0)};
-        int childCount = 0;
-        for (int row = 0; row <= state.ListMarks.upperBound(); ++row) {
-            bool atEnd = true;
-            bool known = true;
-            StepResult result = step([&] {
-                atEnd = rs.eof();
-                if (!atEnd)
-                    known = addListRow(row, *fields, childCount);
-            });
-            if (result == StepResult::Ended)
-                return;
-            if (atEnd)
-                break;
-            if (!known) {
-                RestartForConversion();
-                return;
-            }
-            if (step([&] { rs.moveNext(); }) != StepResult::Done)
-                return;
-        }
-    }
-
+    if (!walkLists())
+        return {};
     if (step([&] {
             if (rs.recordCount() > 0)
                 rs.moveFirst();
-            ui_.config().bind(true);
+            if (tables_.binding)
+                tables_.binding->bind(rs);
         }) == StepResult::Ended)
-        return;
-    for (KeyedTree* tree : ui_.listPane->tvwList)
+        return {};
+    for (KeyedTree* tree : lists_.tvwList)
         tree->fitColumn();
     catTree(0).fitColumn();
-    listTree(state.CurrentListTab).show();
-    restoreSelection();
+    listTree(state_.CurrentListTab).show();
+    const Restored restored = restoreSelection();
     Catalist();
+    return restored;
+}
+
+// Adds the nodes of every PRIXLIST row. False when the program ends: the recordset was closed,
+// or a list names a catalogue the trees do not hold.
+bool TreeBuilder::walkLists() {
+    Recordset& rs = tables_.rsPrixList;
+    const auto step = [](const std::function<void()>& body) {
+        return RunGuarded(SetupListErrors, body);
+    };
+    std::optional<ListFields> fields;
+    const StepResult start = step([&] {
+        state_.ListCount = rs.recordCount();
+        state_.ListMarks.redim(state_.ListCount);
+        fields.emplace(rs);
+        if (state_.ListCount > 0)
+            rs.moveFirst();
+    });
+    if (start != StepResult::Done)
+        return start != StepResult::Ended;
+    const Building building{&listTree(0), &listTree(1), &listTree(2), &listTree(3), &catTree(0)};
+    int childCount = 0;
+    for (int row = 0; row <= state_.ListMarks.upperBound(); ++row) {
+        bool atEnd = true;
+        bool known = true;
+        const StepResult result = step([&] {
+            atEnd = rs.eof();
+            if (!atEnd)
+                known = addListRow(row, *fields, childCount);
+        });
+        if (result == StepResult::Ended)
+            return false;
+        if (atEnd)
+            break;
+        if (!known) {
+            RestartForConversion();
+            return false;
+        }
+        const StepResult moved = step([&] { rs.moveNext(); });
+        if (moved != StepResult::Done)
+            return moved != StepResult::Ended;
+    }
+    return true;
 }
 
 // Adds the nodes of the current PRIXLIST row. False when its CATNO names a catalogue that has
 // no node in the activated-catalogue tree.
 bool TreeBuilder::addListRow(int row, const ListFields& f, int& childCount) {
-    PriceListState& state = ui_.state();
-    Recordset& rs = ui_.rsPrixList();
+    Recordset& rs = tables_.rsPrixList;
     const QString key = ListKey(row);
     const QString text = ListNodeText(rs.value(f.desc).toString(), rs.value(f.codeGro).toString(),
                                       rs.value(f.ficFamille).toString());
@@ -218,23 +212,23 @@ bool TreeBuilder::addListRow(int row, const ListFields& f, int& childCount) {
         KeyedTree::setFileCode(node, fileCode);
         if (checked)
             KeyedTree::setChecked(node, true);
-        state.CurrentNode = node;
+        state_.CurrentNode = node;
     };
 
     if (!rs.value(f.utiliser).toBool()) {
         // Not in the to-be-updated branch: a mark left at this position by another list goes.
-        state.ListMarks(1, row).clear();
+        state_.ListMarks(1, row).clear();
         add(3, ColorInactive, false);
         return true;
     }
     const ListBranches branches =
-        BranchesOf(true, DateOf(rs.value(f.dateStk)), DateOf(rs.value(f.dateEff)), state.Today());
-    const bool checked = !state.ListMarks(0, row).isEmpty();
-    state.ListMarks(1, row).clear();
+        BranchesOf(true, DateOf(rs.value(f.dateStk)), DateOf(rs.value(f.dateEff)), state_.Today());
+    const bool checked = !state_.ListMarks(0, row).isEmpty();
+    state_.ListMarks(1, row).clear();
     add(0, branches.color, checked);
     if (branches.toUpdate) {
         add(1, branches.color, checked);
-        state.ListMarks(1, row) = QStringLiteral("1");
+        state_.ListMarks(1, row) = QStringLiteral("1");
     } else if (branches.upcoming) {
         add(2, branches.color, checked);
     }
@@ -247,7 +241,7 @@ bool TreeBuilder::addListRow(int row, const ListFields& f, int& childCount) {
 bool TreeBuilder::addCatalogueChildren(int row, const QString& catno, const QString& text,
                                        OleColor color, int& childCount) {
     KeyedTree& tree = catTree(0);
-    const QString fileCode = KeyedTree::fileCodeOf(ui_.state().CurrentNode);
+    const QString fileCode = KeyedTree::fileCodeOf(state_.CurrentNode);
     for (const QString& code : CatnoCodes(catno)) {
         const QString parentKey = CatalogueKey(code);
         QTreeWidgetItem* catalogue = tree.node(parentKey);
@@ -271,31 +265,33 @@ bool TreeBuilder::addCatalogueChildren(int row, const QString& catno, const QStr
     return true;
 }
 
-void TreeBuilder::restoreSelection() {
-    PriceListState& state = ui_.state();
-    if (state.SavedListNode != 0) {
-        KeyedTree& tree = listTree(state.CurrentListTab);
-        if (QTreeWidgetItem* node = tree.node(state.SavedListNode)) {
+TreeBuilder::Restored TreeBuilder::restoreSelection() {
+    Restored restored;
+    if (state_.SavedListNode != 0) {
+        KeyedTree& tree = listTree(state_.CurrentListTab);
+        if (QTreeWidgetItem* node = tree.node(state_.SavedListNode)) {
             tree.selectNode(node);
             tree.scrollToItem(node);
-            ui_.interactions().Nodeclick(tree.index(), node);
+            restored.list = {tree.index(), node};
         }
     }
-    if (state.SavedCatNode != 0) {
-        if (QTreeWidgetItem* node = catTree(0).node(state.SavedCatNode)) {
+    if (state_.SavedCatNode != 0) {
+        if (QTreeWidgetItem* node = catTree(0).node(state_.SavedCatNode)) {
             catTree(0).selectNode(node);
             catTree(0).scrollToItem(node);
         }
-        KeyedTree& shown = catTree(state.CurrentCatTab);
-        ui_.interactions().tvwCatNodeClick(shown.index(), shown.selectedNode());
+        KeyedTree& shown = catTree(state_.CurrentCatTab);
+        restored.catalogue = {shown.index(), shown.selectedNode()};
+        restored.catalogueRestored = true;
     }
+    return restored;
 }
 
+// Ticks the activated catalogues whose dates differ: they are offered for download.
 void TreeBuilder::Catalist() {
-    PriceListState& state = ui_.state();
-    RunGuarded(QStringLiteral("errCatalist:"), [&] {
-        state.CheckedCatCount = 0;
-        Recordset& rs = ui_.rsCataList();
+    RunGuarded(CatalistErrors, [&] {
+        state_.CheckedCatCount = 0;
+        Recordset& rs = tables_.rsCataList;
         const int fichier = rs.fieldIndex(QStringLiteral("FICHIER"));
         const int utiliser = rs.fieldIndex(QStringLiteral("UTILISER"));
         const int dateStk = rs.fieldIndex(QStringLiteral("DATESTK"));
@@ -307,10 +303,13 @@ void TreeBuilder::Catalist() {
                                    DateOf(rs.value(dateEff))))
                 continue;
             QTreeWidgetItem* node = catTree(0).node(CatalogueKey(rs.value(fichier).toString()));
-            if (!node)
+            if (!node) {
+                ShowErrorBox(CatalistErrors, TreeErrors::ElementNotFound,
+                             TreeErrors::description(TreeErrors::ElementNotFound));
                 continue;
+            }
             KeyedTree::setChecked(node, true);
-            ++state.CheckedCatCount;
+            ++state_.CheckedCatCount;
             KeyedTree::setColor(node, ColorToUpdate);
         }
     });

@@ -1,47 +1,63 @@
 #pragma once
 
 // Builds the list and catalogue trees from PRIXLIST and CATALIST: SetupCat (the catalogue
-// trees), SetupList (the four list trees and the lists hung under their catalogues, then the
-// saved selection and Catalist), Catalist (the catalogues to update) and SetList (empties the
-// four list trees).
+// trees), SetupList (the four list trees and the lists hung under their catalogues, the saved
+// selection selected again, then Catalist), Catalist (the catalogues to update) and SetList
+// (empties the four list trees). What a restored selection shows is the caller's business.
 
+#include "pricelists/pricelistsstate.h"
 #include "pricelists/treerules.h"
 
 #include <QString>
-#include <functional>
 
+class CatTreePane;
+class FieldBinding;
 class KeyedTree;
-class PriceListsUi;
+class ListTreePane;
 class QTreeWidgetItem;
+class Recordset;
 
 class TreeBuilder {
 public:
-    explicit TreeBuilder(PriceListsUi& ui);
+    struct Tables {
+        Recordset& rsPrixList;
+        Recordset& rsCataList;
+        // Where the configuration pane is tied to the current PRIXLIST row: untied while the
+        // rows are walked. May be null.
+        FieldBinding* binding = nullptr;
+    };
+    TreeBuilder(ListTreePane& lists, CatTreePane& catalogues, PriceListState& state, Tables tables);
+
+    // A node selected again after a rebuild, and the tree it is in.
+    struct Selected {
+        int tree = -1;
+        QTreeWidgetItem* node = nullptr;
+    };
+    struct Restored {
+        Selected list; // to be shown in the configuration pane
+        Selected catalogue;
+        bool catalogueRestored = false; // a catalogue node was saved: its click handling runs
+    };
 
     void SetupCat();
-    void SetupList();
+    // Returns the nodes selected again; null nodes when nothing was saved or the program ends.
+    Restored SetupList();
     void Catalist();
     // Shows or hides the four list trees and empties them.
     void SetList(bool visible);
 
 private:
     struct ListFields; // ordinals of the PRIXLIST fields read per row
+    bool walkLists();
     bool addListRow(int row, const ListFields& fields, int& childCount);
     bool addCatalogueChildren(int row, const QString& catno, const QString& text, OleColor color,
                               int& childCount);
-    void restoreSelection();
+    Restored restoreSelection();
     KeyedTree& listTree(int index) const;
     KeyedTree& catTree(int index) const;
 
-    PriceListsUi& ui_;
+    ListTreePane& lists_;
+    CatTreePane& catalogues_;
+    PriceListState& state_;
+    Tables tables_;
 };
-
-// Runs one step of a procedure under its error handler: a failure shows the program's error
-// box, label first ("ErrSetupList: " and so on), then the number, the description and the
-// contact line. With endOnClosed, the number 3704 (the recordset is closed) ends the program
-// instead.
-enum class StepResult { Done, Failed, Ended };
-StepResult RunGuarded(const QString& label, const std::function<void()>& step,
-                      bool endOnClosed = false);
-// The text of that box.
-QString ErrorBoxText(const QString& label, qint64 number, const QString& description);

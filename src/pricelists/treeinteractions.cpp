@@ -1,14 +1,9 @@
 #include "pricelists/treeinteractions.h"
 
-#include "app/messages.h"
 #include "dbase/recordset.h"
-#include "partsfile/partsearchpane.h"
-#include "pricelists/configeditor.h"
-#include "pricelists/configpane.h"
 #include "pricelists/imagelist.h"
 #include "pricelists/keyedtree.h"
-#include "pricelists/pricelistsui.h"
-#include "pricelists/treebuilder.h"
+#include "pricelists/runguarded.h"
 #include "pricelists/treepanes.h"
 
 namespace {
@@ -17,18 +12,20 @@ constexpr int DeactivatedTab = 3; // the tab of the lists not activated
 
 } // namespace
 
-TreeInteractions::TreeInteractions(PriceListsUi& ui) : ui_(ui) {
-    connect(ui_.listPane->tbsList, &QTabBar::currentChanged, this, [this](int tab) {
+TreeInteractions::TreeInteractions(ListTreePane& lists, CatTreePane& catalogues,
+                                   PriceListState& state, Recordset& rsPrixList)
+    : lists_(lists), catalogues_(catalogues), state_(state), rsPrixList_(rsPrixList) {
+    connect(lists_.tbsList, &QTabBar::currentChanged, this, [this](int tab) {
         tbsListBeforeClick();
         tbsListClick(tab);
     });
-    connect(ui_.catPane->tbsCat, &QTabBar::currentChanged, this, [this](int tab) {
+    connect(catalogues_.tbsCat, &QTabBar::currentChanged, this, [this](int tab) {
         tbsCatBeforeClick();
         tbsCatClick(tab);
     });
-    for (KeyedTree* tree : ui_.listPane->tvwList)
+    for (KeyedTree* tree : lists_.tvwList)
         connectListTree(tree);
-    for (KeyedTree* tree : ui_.catPane->tvwCat)
+    for (KeyedTree* tree : catalogues_.tvwCat)
         connectCatTree(tree);
 }
 
@@ -60,15 +57,15 @@ void TreeInteractions::connectCatTree(KeyedTree* tree) {
 }
 
 KeyedTree& TreeInteractions::listTree(int i) const {
-    return *ui_.listPane->tvwList.at(i);
+    return *lists_.tvwList.at(i);
 }
 
 KeyedTree& TreeInteractions::catTree(int i) const {
-    return *ui_.catPane->tvwCat.at(i);
+    return *catalogues_.tvwCat.at(i);
 }
 
 void TreeInteractions::tbsListBeforeClick() {
-    listTree(ui_.state().CurrentListTab).hide();
+    listTree(state_.CurrentListTab).hide();
 }
 
 // The configuration pane and the Désactiver button serve the activated lists; the tab of the
@@ -78,20 +75,13 @@ void TreeInteractions::tbsListClick(int tab) {
         return;
     KeyedTree& tree = listTree(tab);
     tree.show();
-    ui_.state().CurrentListTab = tab;
-    const CommandButtons& buttons = ui_.parts().buttons;
-    const bool activated = tab != DeactivatedTab;
-    ui_.configPane->setEnabled(activated);
-    if (activated)
-        buttons.showInPlaceOf(4, 1);
-    else
-        buttons.showInPlaceOf(1, 4);
-    buttons.setMenuCaption(1, LoadText(activated ? 121 : 122));
+    state_.CurrentListTab = tab;
+    Q_EMIT listTabShown(tab != DeactivatedTab);
     tree.setFocus();
 }
 
 void TreeInteractions::tbsCatBeforeClick() {
-    catTree(ui_.state().CurrentCatTab).hide();
+    catTree(state_.CurrentCatTab).hide();
 }
 
 void TreeInteractions::tbsCatClick(int tab) {
@@ -99,25 +89,25 @@ void TreeInteractions::tbsCatClick(int tab) {
         return;
     KeyedTree& tree = catTree(tab);
     tree.show();
-    ui_.state().CurrentCatTab = tab;
+    state_.CurrentCatTab = tab;
     if (tree.isVisible())
         tree.setFocus();
 }
 
 void TreeInteractions::tvwListGotFocus(int i) {
-    ui_.state().LastTreeFocus = listTree(i).objectName();
-    Nodeclick(i, listTree(i).selectedNode());
+    state_.LastTreeFocus = listTree(i).objectName();
+    Q_EMIT nodeclick(i, listTree(i).selectedNode());
 }
 
 void TreeInteractions::tvwListKeyDown(int i, int key) {
     if (key == Qt::Key_Space)
-        ui_.state().PendingCheckNode = listTree(i).selectedNode();
+        state_.PendingCheckNode = listTree(i).selectedNode();
     else
-        ui_.state().KeyboardNavigation = true;
+        state_.KeyboardNavigation = true;
 }
 
 void TreeInteractions::tvwListMouseDown(int i, Qt::MouseButton button, const QPoint& pos) {
-    PriceListState& state = ui_.state();
+    PriceListState& state = state_;
     state.KeyboardNavigation = false;
     if (button != Qt::LeftButton)
         return;
@@ -127,28 +117,28 @@ void TreeInteractions::tvwListMouseDown(int i, Qt::MouseButton button, const QPo
 }
 
 void TreeInteractions::tvwListMouseUp(int i, Qt::MouseButton, const QPoint& pos) {
-    PriceListState& state = ui_.state();
+    PriceListState& state = state_;
     if (state.PendingCheckNode)
         checkHandling(state.PendingCheckNode);
     KeyedTree& tree = listTree(i);
     if (QTreeWidgetItem* node = tree.itemAt(pos))
         tree.selectNode(node);
-    Nodeclick(i, tree.selectedNode());
+    Q_EMIT nodeclick(i, tree.selectedNode());
 }
 
 void TreeInteractions::tvwListNodeClick(int i, QTreeWidgetItem* node) {
-    if (ui_.state().KeyboardNavigation)
-        Nodeclick(i, node);
+    if (state_.KeyboardNavigation)
+        Q_EMIT nodeclick(i, node);
 }
 
 void TreeInteractions::tvwListNodeCheck(int, QTreeWidgetItem* node) {
-    if (node && node == ui_.state().PendingCheckNode)
+    if (node && node == state_.PendingCheckNode)
         checkHandling(node);
 }
 
 // The user ticked or cleared a list: its mark follows the check box.
 void TreeInteractions::checkHandling(QTreeWidgetItem* node) {
-    PriceListState& state = ui_.state();
+    PriceListState& state = state_;
     state.PendingCheckNode = nullptr;
     const int row = KeyedTree::rowOf(node);
     if (row < 0 || row > state.ListMarks.upperBound())
@@ -157,13 +147,13 @@ void TreeInteractions::checkHandling(QTreeWidgetItem* node) {
     // With changes pending the recordset stays on the edited row: moving off it would write
     // them before the user is asked.
     if (state.ConfigDirty == Dirty::None)
-        RunGuarded(QStringLiteral("errNodeCheck: "),
-                   [&] { ui_.rsPrixList().move(row, MoveStart::First); });
+        RunGuarded(ErrorHandler{QStringLiteral("errNodeCheck: ")},
+                   [&] { rsPrixList_.move(row, MoveStart::First); });
     state.ListMarks(0, row) = KeyedTree::isChecked(node) ? KeyedTree::fileCodeOf(node) : QString();
 }
 
 void TreeInteractions::tvwCatGotFocus(int i) {
-    ui_.state().LastTreeFocus = catTree(i).objectName();
+    state_.LastTreeFocus = catTree(i).objectName();
 }
 
 void TreeInteractions::tvwCatExpand(QTreeWidgetItem* node) {
@@ -176,39 +166,13 @@ void TreeInteractions::tvwCatCollapse(QTreeWidgetItem* node) {
 
 // A list under a catalogue can be dissociated from it; anything else offers the association.
 void TreeInteractions::tvwCatNodeClick(int i, QTreeWidgetItem* node) {
-    const CommandButtons& buttons = ui_.parts().buttons;
     const bool listUnderCatalogue = i == 0 && node && node->childCount() == 0 && node->parent();
-    if (listUnderCatalogue) {
-        buttons.setMenuCaption(4, LoadText(125));
-        buttons.showInPlaceOf(6, 5);
-        Nodeclick(i, node);
-    } else {
-        buttons.setMenuCaption(4, LoadText(124));
-        buttons.showInPlaceOf(5, 6);
-    }
+    Q_EMIT catalogueNodeChosen(listUnderCatalogue);
+    if (listUnderCatalogue)
+        Q_EMIT nodeclick(i, node);
     catTree(i).setFocus();
 }
 
 void TreeInteractions::tvwCatNodeCheck(int, QTreeWidgetItem* node) {
-    ui_.state().CheckedCatCount += KeyedTree::isChecked(node) ? 1 : -1;
-}
-
-void TreeInteractions::Nodeclick(int, QTreeWidgetItem* node) {
-    PriceListState& state = ui_.state();
-    if (state.ConfigDirty != Dirty::None) {
-        ui_.config().SauveChange(state.ConfigDirty);
-        state.PendingCheckNode = nullptr;
-        return;
-    }
-    const int row = KeyedTree::rowOf(node);
-    if (row < 0)
-        return;
-    RunGuarded(QStringLiteral("errNodeclick: "), [&] {
-        state.CurrentListRow = row;
-        Recordset& rs = ui_.rsPrixList();
-        rs.move(row, MoveStart::First);
-        ui_.config().showList(KeyedTree::colorOf(node) != ColorInactive);
-        if (PartSearchPane* search = ui_.parts().partSearch)
-            search->setGroupCode(rs.value(PrixField::CodeGro).toString().trimmed());
-    });
+    state_.CheckedCatCount += KeyedTree::isChecked(node) ? 1 : -1;
 }

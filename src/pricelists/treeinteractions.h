@@ -2,20 +2,25 @@
 
 // What the user's actions on the two tab strips and the six trees do: switching tabs, clicking
 // a node, ticking a check box with the mouse or the space bar, expanding a catalogue, and
-// Nodeclick, which loads the list clicked into the configuration pane. A check mark in a list
-// tree changes ListMarks only when the user ticked it.
+// asking for Nodeclick, which loads the list clicked into the configuration pane. A check mark
+// in a list tree changes ListMarks only when the user ticked it.
+
+#include "pricelists/pricelistsstate.h"
 
 #include <QObject>
 #include <QPoint>
 
+class CatTreePane;
 class KeyedTree;
-class PriceListsUi;
+class ListTreePane;
 class QTreeWidgetItem;
+class Recordset;
 
 class TreeInteractions : public QObject {
     Q_OBJECT
 public:
-    explicit TreeInteractions(PriceListsUi& ui);
+    TreeInteractions(ListTreePane& lists, CatTreePane& catalogues, PriceListState& state,
+                     Recordset& rsPrixList);
 
     // Tab strips: the tree of the tab left is hidden, that of the tab chosen shown.
     void tbsListBeforeClick();
@@ -38,9 +43,13 @@ public:
     void tvwCatNodeClick(int i, QTreeWidgetItem* node);
     void tvwCatNodeCheck(int i, QTreeWidgetItem* node);
 
-    // Shows the list a node stands for in the configuration pane (index: the tree's place in
-    // its array). Offers to save first when changes are pending, and then shows nothing.
-    void Nodeclick(int index, QTreeWidgetItem* node);
+Q_SIGNALS:
+    // Nodeclick is to run for a node (index: the tree's place in its array; node may be null).
+    void nodeclick(int index, QTreeWidgetItem* node);
+    // A list tab was chosen: one of the three tabs of activated lists, or the fourth.
+    void listTabShown(bool activatedLists);
+    // A node of a catalogue tree was clicked: a list under a catalogue, or anything else.
+    void catalogueNodeChosen(bool listUnderCatalogue);
 
 private:
     void connectListTree(KeyedTree* tree);
@@ -49,5 +58,8 @@ private:
     KeyedTree& listTree(int i) const;
     KeyedTree& catTree(int i) const;
 
-    PriceListsUi& ui_;
+    ListTreePane& lists_;
+    CatTreePane& catalogues_;
+    PriceListState& state_;
+    Recordset& rsPrixList_;
 };

@@ -189,6 +189,10 @@ TEST_F(DataStoreTest, BoundControlsShowTheCurrentRowAndWriteItsPendingValues) {
 
     code.setText("XY");
     Q_EMIT code.textEdited("XY"); // as typing does
+    EXPECT_EQ(rsPrixList.value("CODEGRO").toString(), "AB") << "typed, not yet committed";
+    EXPECT_TRUE(binding.hasTyped(&code));
+    EXPECT_TRUE(binding.commit());
+    EXPECT_FALSE(binding.hasTyped(&code));
     depart.setCurrentIndex(2);
     Q_EMIT depart.activated(2);
     option0.click();
@@ -207,24 +211,41 @@ TEST_F(DataStoreTest, BoundControlsShowTheCurrentRowAndWriteItsPendingValues) {
     rsPrixList.moveFirst();
     EXPECT_EQ(desc.text(), "Zinc") << "unbound controls no longer follow the row";
     Q_EMIT code.textEdited("QQ");
+    binding.commit();
     EXPECT_EQ(rsPrixList.value("CODEGRO").toString(), "AB") << "nor write into it";
     EXPECT_EQ(rsPrixList.editMode(), EditMode::None);
 }
 
-TEST_F(DataStoreTest, AValueThatDoesNotFitIsRefusedWithoutAnException) {
+TEST_F(DataStoreTest, ATypedValueThatDoesNotFitIsRefusedAndStaysTyped) {
     ScriptedPrompter prompts;
     ASSERT_TRUE(OpenData());
-    QLineEdit percent;
+    QLineEdit percent, date;
     ConfigBinding().addLineEdit(&percent, 12);
+    ConfigBinding().addLineEdit(&date, 3);
     BindConfig(true);
-    QStringList refused;
+    QList<int> refused;
     QObject::connect(&ConfigBinding(), &FieldBinding::editRefused,
-                     [&](int, const QString& why) { refused << why; });
-    Q_EMIT percent.textEdited("1.2.3");
-    EXPECT_EQ(refused.size(), 1);
-    EXPECT_DOUBLE_EQ(rsPrixList.value(12).toDouble(), 10.5);
+                     [&](int field, const QString&) { refused << field; });
+    // Too wide for its N6.2 field, a point too many, a month 13, a one-digit day.
+    for (const char* text : {"1000", "1.2.3"}) {
+        percent.setText(text);
+        Q_EMIT percent.textEdited(text);
+        EXPECT_FALSE(ConfigBinding().commit()) << text;
+        EXPECT_EQ(percent.text(), text);
+        EXPECT_DOUBLE_EQ(rsPrixList.value(12).toDouble(), 10.5) << text;
+    }
     percent.setText("12.");
     Q_EMIT percent.textEdited("12.");
-    EXPECT_EQ(percent.text(), "12.") << "the typed text is not rewritten while typing";
+    EXPECT_TRUE(ConfigBinding().commit());
+    EXPECT_EQ(percent.text(), "12.") << "a committed text is not rewritten";
     EXPECT_DOUBLE_EQ(rsPrixList.value(12).toDouble(), 12);
+    const QVariant storedDate = rsPrixList.value(3);
+    for (const char* text : {"2026.13.01", "2026.11.5"}) {
+        date.setText(text);
+        Q_EMIT date.textEdited(text);
+        EXPECT_FALSE(ConfigBinding().commit(&date)) << text;
+        EXPECT_TRUE(ConfigBinding().hasTyped(&date));
+        EXPECT_EQ(rsPrixList.value(3), storedDate) << text;
+    }
+    EXPECT_EQ(refused, (QList<int>{12, 12, 3, 3}));
 }

@@ -62,15 +62,15 @@ TEST_F(MainWindowFixture, LabelPutsTheCaptionsOfTheChosenLanguage) {
     main->Load();
     EXPECT_EQ(main->tbsInfo->tabText(0), QStringLiteral("Téléchargement"));
     EXPECT_EQ(main->tbsInfo->tabText(3), QStringLiteral("Pièces"));
-    EXPECT_EQ(main->lblMenu[0]->text(), QStringLiteral("Sélectionner"));
-    EXPECT_EQ(main->lblMenu[2]->text(), QStringLiteral("Options"));
+    EXPECT_EQ(main->Picture1->lblMenu[0]->text(), QStringLiteral("Sélectionner"));
+    EXPECT_EQ(main->Picture1->lblMenu[2]->text(), QStringLiteral("Options"));
     EXPECT_EQ(main->downloadPage->cmdOK->toolTip(), QStringLiteral("Télécharger"));
 
     App().Settings.Nation = 2000;
     frmMain english;
     english.Load();
     EXPECT_EQ(english.tbsInfo->tabText(2), QStringLiteral("Newsletters"));
-    EXPECT_EQ(english.lblMenu[1]->text(), QStringLiteral("Deactivate"));
+    EXPECT_EQ(english.Picture1->lblMenu[1]->text(), QStringLiteral("Deactivate"));
     EXPECT_EQ(english.downloadPage->lblCHK[4]->text(), QStringLiteral("Partdex"));
 }
 
@@ -79,18 +79,18 @@ TEST_F(MainWindowFixture, LabelGivesEveryCaptionItsNumberedText) {
     frmMain english;
     english.Load();
     const auto text = [](int k) { return MessageCatalogue::text(2000 + k); };
-    const ListTreePane& lists = *english.priceLists->listPane;
+    const ListTreePane& lists = *english.listPane;
     EXPECT_EQ(lists.lblTvw->text(),
               text(62) + QString(60, u' ') + QStringLiteral("Code") + QString(3, u' ') + text(63));
     for (int i = 0; i < 4; ++i)
         EXPECT_EQ(lists.tbsList->tabText(i), text(2 + i)) << "list tab " << i;
-    EXPECT_EQ(english.priceLists->catPane->tbsCat->tabText(0), text(6));
-    EXPECT_EQ(english.priceLists->catPane->tbsCat->tabText(1), text(41));
+    EXPECT_EQ(english.catPane->tbsCat->tabText(0), text(6));
+    EXPECT_EQ(english.catPane->tbsCat->tabText(1), text(41));
     const int infoTabs[] = {1, 7, 9, 8};
     for (int i = 0; i < 4; ++i)
         EXPECT_EQ(english.tbsInfo->tabText(i), text(infoTabs[i])) << "information tab " << i;
 
-    const ConfigPane& config = *english.priceLists->configPane;
+    const ConfigPane& config = *english.configPane;
     const std::pair<int, int> fields[] = {{5, 10}, {44, 63}, {3, 11}, {4, 12}, {16, 13}, {20, 14}};
     for (const auto& [field, k] : fields)
         EXPECT_EQ(config.lblConfig[field]->text(), text(k)) << "lblConfig " << field;
@@ -124,7 +124,7 @@ TEST_F(MainWindowFixture, LabelGivesEveryCaptionItsNumberedText) {
     EXPECT_EQ(english.bulletinPage->lblSujet->text(), text(119));
     const int menu[] = {120, 121, 126, 123, 124};
     for (int i = 0; i < 5; ++i)
-        EXPECT_EQ(english.lblMenu[i]->text(), text(menu[i])) << "lblMenu " << i;
+        EXPECT_EQ(english.Picture1->lblMenu[i]->text(), text(menu[i])) << "lblMenu " << i;
 }
 
 TEST_F(MainWindowFixture, ClosingAsksUnlessATransferRunsOrTheProgramMustQuit) {
@@ -260,7 +260,7 @@ TEST_F(MainWindowFixture, ComingBackFromAnotherProgramLeavesTheWindowAsTheUserLe
 TEST_F(MainWindowFixture, UpdateModeDisablesTheCommandsAndUpdateChoices) {
     App().UpdateMode = true;
     main->Load();
-    for (QLabel* button : main->picMenu)
+    for (QLabel* button : main->Picture1->picMenu)
         EXPECT_FALSE(button->isEnabled());
     for (auto* box : main->downloadPage->chkMAJ)
         EXPECT_FALSE(box->isEnabled());
@@ -274,4 +274,32 @@ TEST_F(MainWindowFixture, FrameButtonsActByTheirKey) {
     frame.ButtonClick(QStringLiteral("Centrer"));
     frame.ButtonClick(QStringLiteral("Stop"));
     frame.ButtonClick(QStringLiteral("Other"));
+}
+
+// F5 gives the focus to the list tree, which offers to save what is pending: asked once, and
+// not at all when nothing is pending, so that the lists ticked stay ticked.
+TEST_F(MainWindowFixture, F5AsksOnceAboutPendingChangesAndNothingOtherwise) {
+    main->Load();
+    frame.show();
+    frame.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&frame));
+    main->listState.ListMarks(0, 0) = QStringLiteral("TICKED");
+    main->configPane->txtConfig[PrixField::Fournis]->setFocus();
+    {
+        ScriptedPrompter prompts; // nothing pending: no question
+        QTest::keyClick(frame.windowHandle(), Qt::Key_F5);
+    }
+    EXPECT_EQ(main->listState.ListMarks(0, 0), QStringLiteral("TICKED"));
+    EXPECT_TRUE(main->listPane->tvwList[0]->hasFocus());
+
+    ConfigField* supplier = main->configPane->txtConfig[PrixField::Fournis];
+    supplier->setFocus();
+    QTest::keyClicks(supplier, "ACME");
+    {
+        ScriptedPrompter prompts;
+        prompts.expectMessage(MessageCatalogue::text(1061), Answer::Yes);
+        QTest::keyClick(frame.windowHandle(), Qt::Key_F5);
+    }
+    EXPECT_EQ(main->listState.ConfigDirty, Dirty::None);
+    EXPECT_EQ(main->listState.ListMarks(0, 0), QStringLiteral("TICKED"));
 }

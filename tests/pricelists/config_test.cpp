@@ -12,6 +12,7 @@
 
 #include <QApplication>
 #include <QTest>
+#include <QWindow>
 #include <gtest/gtest.h>
 
 namespace {
@@ -32,17 +33,23 @@ QList<CatalogueRow> catalogues() {
 void show(ListFixture& f, const QString& key) {
     KeyedTree& tree = f.list(0);
     tree.selectNode(tree.node(key));
-    f.ui->interactions().Nodeclick(0, tree.node(key));
+    f.ui->Nodeclick(0, tree.node(key));
 }
 
 // The user replaces the group code by typing.
 void editGroupCode(ListFixture& f, const QString& text) {
-    ConfigField* field = f.ui->configPane->txtConfig[PrixField::CodeGro];
+    ConfigField* field = f.configPane->txtConfig[PrixField::CodeGro];
     field->setFocus();
     field->selectAll();
     field->del();
     for (QChar c : text)
         QTest::keyClick(field, c.toLatin1());
+}
+
+// A point on the text of a node, well clear of its check box.
+QPoint onText(KeyedTree& tree, QTreeWidgetItem* node) {
+    const QRect box = tree.checkBoxRect(node);
+    return {box.right() + 60, box.center().y()};
 }
 
 void expectSaveQuestion(ScriptedPrompter& prompts, Answer answer) {
@@ -56,16 +63,16 @@ TEST(Config, AnEmptyOrZeroCostLevelIsSavedAsThree) {
     f.ui->refresh();
     show(f, "L000");
     EXPECT_EQ(f.storedField("AAA", "COUTDE").toDouble(), 3.0);
-    EXPECT_TRUE(f.ui->configPane->optDe[2]->isChecked());
+    EXPECT_TRUE(f.configPane->optDe[2]->isChecked());
     show(f, "L001");
     EXPECT_EQ(f.storedField("BBB", "COUTDE").toDouble(), 3.0);
     show(f, "L002");
     EXPECT_EQ(f.storedField("CCC", "COUTDE").toDouble(), 2.0);
-    EXPECT_TRUE(f.ui->configPane->optDe[1]->isChecked());
+    EXPECT_TRUE(f.configPane->optDe[1]->isChecked());
     EXPECT_EQ(f.state.ConfigDirty, Dirty::None);
 
     // Choosing another level marks the row as changed.
-    f.ui->configPane->optDe[0]->click();
+    f.configPane->optDe[0]->click();
     EXPECT_EQ(f.state.ConfigDirty, Dirty::Pane);
     EXPECT_EQ(f.rsPrixList.value(PrixField::CoutDe).toDouble(), 1.0);
 }
@@ -74,7 +81,7 @@ TEST(Config, TypedKeysFollowTheFieldRules) {
     ListFixture f(lists(), catalogues());
     f.ui->refresh();
     show(f, "L002");
-    ConfigPane& pane = *f.ui->configPane;
+    ConfigPane& pane = *f.configPane;
     ConfigField* code = pane.txtConfig[PrixField::CodeGro];
     code->setText("");
     code->setFocus();
@@ -116,13 +123,13 @@ TEST(Config, AnsweringNoRestoresTheFieldDropsTheChangesAndUnchecksEveryList) {
     show(f, "L002");
     editGroupCode(f, "ZZ");
     ASSERT_EQ(f.state.ConfigDirty, Dirty::Pane);
-    ASSERT_EQ(QApplication::focusWidget(), f.ui->configPane->txtConfig[PrixField::CodeGro]);
+    ASSERT_EQ(QApplication::focusWidget(), f.configPane->txtConfig[PrixField::CodeGro]);
     {
         ScriptedPrompter prompts;
         expectSaveQuestion(prompts, Answer::No);
         EXPECT_TRUE(!f.ui->saveIfDirty());
     }
-    EXPECT_EQ(f.ui->configPane->txtConfig[PrixField::CodeGro]->text(), "CH");
+    EXPECT_EQ(f.configPane->txtConfig[PrixField::CodeGro]->text(), "CH");
     EXPECT_EQ(f.storedField("CCC", "CODEGRO").toString(), "CH");
     EXPECT_EQ(f.state.ConfigDirty, Dirty::None);
     EXPECT_EQ(f.state.ListMarks.selectedCount(), 0);
@@ -132,23 +139,40 @@ TEST(Config, AnsweringNoRestoresTheFieldDropsTheChangesAndUnchecksEveryList) {
     EXPECT_EQ(f.window->cursor().shape(), Qt::ArrowCursor);
 }
 
+// The press that takes the focus from the pane asks first; the question box then takes the
+// release. The highlighted list, the pane and the part-search prefix agree all along.
 TEST(Config, ClickingAnotherListWithChangesPendingAsksFirst) {
     ListFixture f(lists(), catalogues());
     f.ui->refresh();
     show(f, "L002");
     editGroupCode(f, "XY");
     KeyedTree& tree = f.list(0);
-    const QRect box = tree.checkBoxRect(tree.node("L000"));
+    QWindow* window = f.window->windowHandle();
+    const QPoint other = tree.viewport()->mapTo(f.window.get(), onText(tree, tree.node("L000")));
+    const auto expectShown = [&](const char* when) {
+        EXPECT_EQ(KeyedTree::keyOf(tree.selectedNode()), "L002") << when;
+        EXPECT_EQ(f.state.CurrentListRow, 2) << when;
+        EXPECT_EQ(f.configPane->lblConfig[PrixField::Desc]->text(), "C BOUGIES") << when;
+        EXPECT_EQ(f.groupCode, "XY") << when;
+    };
     {
         ScriptedPrompter prompts;
         expectSaveQuestion(prompts, Answer::Yes);
-        QTest::mouseClick(tree.viewport(), Qt::LeftButton, {},
-                          QPoint(box.right() + 60, box.center().y()));
+        QTest::mousePress(window, Qt::LeftButton, {}, other);
     }
+    expectShown("after the press");
+    QTest::mouseRelease(window, Qt::LeftButton, {}, other);
+    expectShown("after the release");
     // The edited list was saved, not the one clicked.
     EXPECT_EQ(f.storedField("CCC", "CODEGRO").toString(), "XY");
     EXPECT_EQ(f.storedField("AAA", "CODEGRO").toString(), "AB");
     EXPECT_EQ(f.state.ConfigDirty, Dirty::None);
+
+    // Clicked again, the list is shown.
+    QTest::mouseClick(window, Qt::LeftButton, {}, other);
+    EXPECT_EQ(KeyedTree::keyOf(tree.selectedNode()), "L000");
+    EXPECT_EQ(f.configPane->lblConfig[PrixField::Desc]->text(), "A FREINS");
+    EXPECT_EQ(f.groupCode, "AB");
 }
 
 TEST(Config, AnEmptiedRequiredGroupCodeIsRefusedWithItsListAsTitle) {
@@ -172,7 +196,7 @@ TEST(Config, AnEmptiedRequiredGroupCodeIsRefusedWithItsListAsTitle) {
     {
         ScriptedPrompter prompts;
         expectSaveQuestion(prompts, Answer::Yes);
-        EXPECT_TRUE(f.ui->config().SauveChange(f.state.ConfigDirty));
+        EXPECT_FALSE(f.ui->saveIfDirty());
     }
     EXPECT_TRUE(f.storedField("BBB", "CODEGRO").isNull());
 }
@@ -186,7 +210,7 @@ TEST(Config, ABatchOfActivationsIsWrittenAtOnce) {
     {
         ScriptedPrompter prompts;
         expectSaveQuestion(prompts, Answer::Yes);
-        EXPECT_TRUE(f.ui->config().SauveChange(Dirty::Batch));
+        f.ui->saveChanges();
     }
     EXPECT_EQ(f.storedField("BBB", "FOURNIS").toString(), "NORVALE");
 }
@@ -195,7 +219,7 @@ TEST(Config, ThePaneShowsTheListClickedAndMarksEveryKindOfEdit) {
     ListFixture f(lists(), catalogues());
     f.ui->refresh();
     show(f, "L002");
-    ConfigPane& pane = *f.ui->configPane;
+    ConfigPane& pane = *f.configPane;
     EXPECT_EQ(pane.txtConfig[PrixField::CodeGro]->text(), "CH");
     EXPECT_EQ(pane.txtConfig[PrixField::DateEff]->text(), "2026.02.01");
     EXPECT_TRUE(pane.chkCH[0]->isChecked());
@@ -261,4 +285,56 @@ TEST(Config, TheQuestionIsAskedWithTheTreeDisabledUnderTheHourglass) {
     EXPECT_TRUE(f.list(0).isEnabled());
     EXPECT_TRUE(f.list(0).hasFocus());
     EXPECT_EQ(f.window->cursor().shape(), Qt::ArrowCursor);
+}
+
+// A value its field cannot hold is refused as the field is left, however it is left: by Tab,
+// by Enter, or by a press elsewhere in the window as the window system delivers it.
+TEST(Config, AValueTheFieldCannotHoldKeepsTheFieldAndIsNotWritten) {
+    ListFixture f(lists(), catalogues());
+    f.ui->refresh();
+    show(f, "L002");
+    QWindow* window = f.window->windowHandle();
+    ConfigField* date = f.configPane->txtConfig[PrixField::DateEff];
+    const QVariant storedDate = f.rsPrixList.value(PrixField::DateEff);
+    for (const auto& [text, key] :
+         {std::pair{"2026.13.01", Qt::Key_Tab}, std::pair{"2026.11.5", Qt::Key_Return}}) {
+        date->setFocus();
+        date->selectAll();
+        QTest::keyClicks(date, text);
+        {
+            ScriptedPrompter prompts;
+            prompts.expectMessage(LoadText(146), Buttons::Ok, Icon::Warning, QString(), Answer::Ok);
+            QTest::keyClick(window, key);
+        }
+        EXPECT_EQ(QApplication::focusWidget(), date) << text;
+        EXPECT_EQ(date->text(), text);
+        EXPECT_EQ(f.rsPrixList.value(PrixField::DateEff), storedDate) << text;
+    }
+    // Corrected, the date goes into the row as the field is left.
+    date->selectAll();
+    QTest::keyClicks(date, "2026.11.05");
+    QTest::keyClick(window, Qt::Key_Tab);
+    EXPECT_EQ(f.rsPrixList.value(PrixField::DateEff).toDate(), QDate(2026, 11, 5));
+
+    // Too wide for N6.2: the click on another list goes nowhere.
+    ConfigField* percent = f.configPane->txtConfig[PrixField::CoutPct];
+    percent->setFocus();
+    QTest::keyClicks(percent, "1000");
+    KeyedTree& tree = f.list(0);
+    const QPoint other = tree.viewport()->mapTo(f.window.get(), onText(tree, tree.node("L000")));
+    {
+        ScriptedPrompter prompts;
+        prompts.expectMessage(LoadText(147), Buttons::Ok, Icon::Warning, QString(), Answer::Ok);
+        QTest::mouseClick(window, Qt::LeftButton, {}, other);
+    }
+    EXPECT_EQ(QApplication::focusWidget(), percent);
+    EXPECT_EQ(percent->text(), "1000");
+    EXPECT_EQ(KeyedTree::keyOf(tree.selectedNode()), "L002");
+    EXPECT_EQ(f.configPane->lblConfig[PrixField::Desc]->text(), "C BOUGIES");
+
+    QTest::keyClick(percent, Qt::Key_Backspace);
+    date->setFocus();
+    EXPECT_DOUBLE_EQ(f.rsPrixList.value(PrixField::CoutPct).toDouble(), 100);
+    f.rsPrixList.cancelUpdate();
+    f.state.ConfigDirty = Dirty::None;
 }

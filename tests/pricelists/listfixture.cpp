@@ -23,25 +23,20 @@ ListFixture::ListFixture(const QList<ListRow>& lists, const QList<CatalogueRow>&
 
     window = std::make_unique<QWidget>();
     auto* layout = new QHBoxLayout(window.get());
-    PriceListsUi::Parts parts;
-    parts.window = window.get();
-    parts.rsPrixList = &rsPrixList;
-    parts.rsCataList = &rsCataList;
-    parts.rsDepart = &rsDepart;
-    parts.binding = &binding;
-    for (int i = 0; i < 7; ++i) {
-        picMenu[i] = new QLabel(window.get());
-        parts.buttons.picMenu[i] = picMenu[i];
-    }
-    for (int i = 0; i < 5; ++i) {
-        lblMenu[i] = new QLabel(window.get());
-        parts.buttons.lblMenu[i] = lblMenu[i];
-    }
-    ui = std::make_unique<PriceListsUi>(state, parts);
-    layout->addWidget(ui->listPane);
-    layout->addWidget(ui->catPane);
-    layout->addWidget(ui->configPane);
-    ui->label();
+    listPane = new ListTreePane(window.get());
+    catPane = new CatTreePane(window.get());
+    configPane = new ConfigPane(window.get());
+    for (QWidget* pane : std::initializer_list<QWidget*>{listPane, catPane, configPane})
+        layout->addWidget(pane);
+    ui = new PriceListsUi({*listPane, *catPane, *configPane}, state,
+                          {rsPrixList, rsCataList, &rsDepart, &binding}, window.get());
+    QObject::connect(ui, &PriceListsUi::listShown, [this](const QString& g) { groupCode = g; });
+    QObject::connect(ui, &PriceListsUi::listTabShown, [this](bool a) { activatedTab = a; });
+    QObject::connect(ui, &PriceListsUi::catalogueNodeChosen,
+                     [this](bool l) { listUnderCatalogue = l; });
+    listPane->label();
+    catPane->label();
+    configPane->label();
     window->resize(1400, 500);
     window->show();
     window->activateWindow();
@@ -49,7 +44,6 @@ ListFixture::ListFixture(const QList<ListRow>& lists, const QList<CatalogueRow>&
 }
 
 ListFixture::~ListFixture() {
-    ui.reset();
     window.reset();
 }
 
@@ -69,11 +63,11 @@ QVariant ListFixture::storedField(const QString& fichier, const QString& field) 
 }
 
 KeyedTree& ListFixture::list(int i) const {
-    return *ui->listPane->tvwList.at(i);
+    return *listPane->tvwList.at(i);
 }
 
 KeyedTree& ListFixture::cat(int i) const {
-    return *ui->catPane->tvwCat.at(i);
+    return *catPane->tvwCat.at(i);
 }
 
 QStringList ListFixture::keys(const KeyedTree& tree) const {

@@ -12,15 +12,16 @@
 #include "pricelists/pricelistsui.h"
 
 #include <QDate>
-#include <QLabel>
 #include <QTemporaryDir>
 #include <QVariant>
 #include <QWidget>
-#include <array>
 #include <memory>
 #include <optional>
 
+class CatTreePane;
+class ConfigPane;
 class KeyedTree;
+class ListTreePane;
 
 class ListFixture {
 public:
@@ -45,7 +46,13 @@ public:
     FieldBinding binding;
     PriceListState state;
     std::unique_ptr<QWidget> window;
-    std::array<QLabel*, 7> picMenu{};
-    std::array<QLabel*, 5> lblMenu{};
-    std::unique_ptr<PriceListsUi> ui;
+    ListTreePane* listPane = nullptr;
+    CatTreePane* catPane = nullptr;
+    ConfigPane* configPane = nullptr;
+    PriceListsUi* ui = nullptr; // a child of the window
+    // What the panes asked of the window: the last group code shown, the last list tab and
+    // catalogue node kind chosen.
+    QString groupCode;
+    std::optional<bool> activatedTab;
+    std::optional<bool> listUnderCatalogue;
 };

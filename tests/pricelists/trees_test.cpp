@@ -149,7 +149,7 @@ TEST(Trees, SelectionIsRestoredThroughNodeclick) {
     EXPECT_EQ(f.state.SavedListNode, 6);
     EXPECT_EQ(KeyedTree::keyOf(f.list(0).selectedNode()), "L006");
     EXPECT_EQ(f.state.CurrentListRow, 6);
-    EXPECT_EQ(f.ui->configPane->lblConfig[1]->text(), "G UP TO DATE");
+    EXPECT_EQ(f.configPane->lblConfig[1]->text(), "G UP TO DATE");
 }
 
 TEST(Trees, CatalogueCodeWithoutNodeEndsTheProgramForConversion) {
