@@ -9,10 +9,13 @@
 #include "data/moddata.h"
 #include "mainwindow/commandstrip.h"
 #include "partsfile/partsearchpane.h"
+#include "pricelists/activation.h"
+#include "pricelists/association.h"
 #include "pricelists/configpane.h"
 #include "pricelists/explistrules.h"
 #include "pricelists/pricelistsui.h"
 #include "pricelists/runguarded.h"
+#include "pricelists/selectbyname.h"
 #include "pricelists/treepanes.h"
 
 #include <QApplication>
@@ -93,6 +96,13 @@ void frmMain::composePriceLists() {
     connect(priceLists, &PriceListsUi::listTabShown, Picture1, &CommandStrip::showListTab);
     connect(priceLists, &PriceListsUi::catalogueNodeChosen, Picture1,
             &CommandStrip::showCatalogueChoice);
+    listCommands.emplace(
+        ListCommandContext{*priceLists,
+                           listState,
+                           *listPane,
+                           *catPane,
+                           {rsPrixList, rsCataList, &rsPrixCodes, &ConfigBinding()},
+                           this});
 }
 
 // A command button is pressed only when no configuration change waits to be saved.
@@ -100,9 +110,33 @@ bool frmMain::pressCommand(int) {
     return priceLists->saveIfDirty();
 }
 
-void frmMain::releaseCommand(int) {
+void frmMain::releaseCommand(int index) {
+    runCommand(index);
     DoEvents();
     focusListTree();
+}
+
+// The actions of the strip's buttons; the others come with their own dialogs.
+void frmMain::runCommand(int index) {
+    switch (index) {
+    case 0:
+        downloadPage->picFrame->setVisible(false);
+        SelectByName(*listCommands);
+        downloadPage->picFrame->setVisible(true);
+        break;
+    case 1:
+        MPActivate(*listCommands);
+        break;
+    case 4:
+        MPDesactivate(*listCommands);
+        break;
+    case 5:
+    case 6:
+        AssociationCommand(*listCommands);
+        break;
+    default:
+        break;
+    }
 }
 
 void frmMain::focusListTree() {

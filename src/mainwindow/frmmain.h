@@ -2,12 +2,14 @@
 
 #include "app/panelayout.h"
 #include "app/settings.h"
+#include "pricelists/listcommands.h"
 #include "pricelists/pricelistsstate.h"
 
 #include <QTcpSocket>
 #include <QWidget>
 #include <array>
 #include <functional>
+#include <optional>
 
 class BulletinPage;
 class CatTreePane;
@@ -61,6 +63,8 @@ public:
     // Shared state of the window: the list selection, pending changes, current tabs and rows.
     PriceListState listState;
     PriceListsUi* priceLists = nullptr;
+    // What the list commands of the strip (select, activate, associate) work on.
+    std::optional<ListCommandContext> listCommands;
     // The last left-button press on a splitter; none while no drag is under way.
     int LastMouseDownX = 2147483647;
     int LastMouseDownY = 2147483647;
@@ -74,6 +78,7 @@ private:
     void composePriceLists();
     bool pressCommand(int index);
     void releaseCommand(int index);
+    void runCommand(int index);
     void focusListTree();
     void placePanes();
     void placeWindowInWorkArea();
