@@ -22,7 +22,7 @@ const ErrorHandler FillListErrors{QStringLiteral("ErrFillList: ")};
 const ErrorHandler OKButtonErrors{QStringLiteral("errOKButton: ")};
 
 constexpr int Categories = 9;
-constexpr int SuggestedWidth = 6;
+constexpr int SuggestedWidth = 14; // room for its heading, "Code suggéré"
 constexpr int DescriptionWidth = 25;
 constexpr int GroupCodeLength = 4;
 constexpr int CategoryRole = Qt::UserRole;
@@ -90,8 +90,6 @@ void frmCatalog::buildControls() {
     lblCode1 = heading(QStringLiteral("Code suggéré"), SuggestedWidth);
     lblDesc = heading(QStringLiteral("Description"), DescriptionWidth + 2);
     lblCode2 = new QLabel(QStringLiteral("Code utilisé"), this);
-    for (QLabel* label : {lblCode1, lblDesc})
-        label->setWordWrap(true);
     lstCatgroupe = new QListWidget(this);
     lstCatgroupe->setFont(fixed);
     OKButton = new QPushButton(QStringLiteral("OK"), this);
@@ -114,14 +112,16 @@ void frmCatalog::buildControls() {
     layout->addLayout(headings);
     layout->addWidget(lstCatgroupe, 1);
     layout->addLayout(buttons);
-    resize(metrics.horizontalAdvance(QString(48, QLatin1Char('M'))), 380);
+    resize(metrics.horizontalAdvance(
+               QString(SuggestedWidth + DescriptionWidth + 12, QLatin1Char('M'))),
+           380);
 
-    connect(lstCatgroupe, &QListWidget::itemClicked, this,
-            [this](QListWidgetItem* item) { lstCatgroupeClick(lstCatgroupe->row(item)); });
-    // The keyboard chooses a row as a click does.
-    connect(lstCatgroupe, &QListWidget::currentRowChanged, this, [this](int row) {
-        if (row >= 0)
-            lstCatgroupeClick(row);
+    // A row chosen with the mouse or the keyboard; the list's own current row, set when it
+    // takes the focus, chooses nothing.
+    connect(lstCatgroupe, &QListWidget::itemSelectionChanged, this, [this] {
+        const QList<QListWidgetItem*> chosen = lstCatgroupe->selectedItems();
+        if (!chosen.isEmpty())
+            lstCatgroupeClick(lstCatgroupe->row(chosen.first()));
     });
     connect(OKButton, &QPushButton::clicked, this, &frmCatalog::OKButtonClick);
     connect(CancelButton, &QPushButton::clicked, this, &frmCatalog::CancelButtonClick);
@@ -173,9 +173,10 @@ int frmCatalog::categoryOfRow(int row) const {
 }
 
 void frmCatalog::lstCatgroupeClick(int row) {
-    if (lstCatgroupe->currentRow() != row)
-        lstCatgroupe->setCurrentRow(row);
-    OKButton->setEnabled(row >= 0 && row < lstCatgroupe->count());
+    QListWidgetItem* item = lstCatgroupe->item(row);
+    if (item && !item->isSelected())
+        lstCatgroupe->setCurrentItem(item);
+    OKButton->setEnabled(item != nullptr);
 }
 
 void frmCatalog::CancelButtonClick() {
@@ -192,7 +193,8 @@ QString frmCatalog::newCodeFor(const QString& oldCode) {
 }
 
 void frmCatalog::OKButtonClick() {
-    const int category = categoryOfRow(lstCatgroupe->currentRow());
+    const QList<QListWidgetItem*> chosen = lstCatgroupe->selectedItems();
+    const int category = chosen.isEmpty() ? 0 : categoryOfRow(lstCatgroupe->row(chosen.first()));
     if (category == 0) {
         accept();
         return;
