@@ -92,7 +92,8 @@ public:
         answer.bouton = dialog.bouton().toInt();
         answer.text = dialog.txtQuestion->text();
         answer.option = dialog.chkOption->isChecked();
-        answer.departement = dialog.departement();
+        // No row chosen in the list: the department proposed stands.
+        answer.departement = dialog.departement().isEmpty() ? q.departement : dialog.departement();
         return answer;
     }
 };

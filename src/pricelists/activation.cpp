@@ -248,15 +248,19 @@ void MPActivate(const ListCommandContext& c) {
     if (!c.ui.saveIfDirty())
         return;
     Recordset& rs = c.tables.rsPrixList;
-    RunGuarded(ActivateErrors, [&] { reopenPrixList(rs, LockType::BatchOptimistic); });
     ActivationRun run(c);
-    run.run();
+    // A list table that cannot be opened again in batch mode is not walked.
+    const bool opened = RunGuarded(ActivateErrors, [&] {
+                            reopenPrixList(rs, LockType::BatchOptimistic);
+                        }) == StepResult::Done;
+    if (opened)
+        run.run();
     if (c.state.ConfigDirty != Dirty::None)
         c.ui.saveChanges();
     RunGuarded(ActivateErrors, [&] { reopenPrixList(rs, LockType::Optimistic); });
     if (run.handled())
         c.ui.refresh();
-    else
+    else if (opened)
         MsgBox(LoadText(141), Buttons::Ok, Icon::Warning);
 }
 
