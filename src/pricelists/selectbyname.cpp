@@ -10,8 +10,13 @@
 #include "pricelists/treepanes.h"
 
 namespace {
+
 const ErrorHandler SelectErrors{QStringLiteral("errSelection: ")};
-}
+
+// What the answer does to one list: an empty answer unchecks it, "*" checks it, a word checks
+// it when its description holds the word exactly (WIRE finds WIRE HARNESS, not Wire harness),
+// and leaves it alone otherwise.
+enum class NameSelection { Check, Uncheck, Keep };
 
 NameSelection SelectionFor(const QString& answer, const QString& desc) {
     if (answer.isEmpty())
@@ -20,6 +25,8 @@ NameSelection SelectionFor(const QString& answer, const QString& desc) {
         return NameSelection::Check;
     return NameSelection::Keep;
 }
+
+} // namespace
 
 void SelectByName(const ListCommandContext& c) {
     c.bindConfig(false);

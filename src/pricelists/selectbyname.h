@@ -5,14 +5,7 @@
 // them. It changes ListMarks exactly as ticking the boxes by hand does. Lists that are not
 // in the tree shown keep their marks.
 
-#include <QString>
-
 struct ListCommandContext;
 
-// The answer of the input box, upper-cased; a cancelled box answers nothing.
+// Asks for the word; the answer is upper-cased, and a cancelled box answers nothing.
 void SelectByName(const ListCommandContext& context);
-
-// What a word does to one list: Check, Uncheck, or Keep its mark. The word is upper case;
-// the description must contain it exactly (WIRE finds WIRE HARNESS, not Wire harness).
-enum class NameSelection { Check, Uncheck, Keep };
-NameSelection SelectionFor(const QString& answer, const QString& desc);

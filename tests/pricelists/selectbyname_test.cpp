@@ -34,13 +34,6 @@ QStringList marks(const ListFixture& f) {
 
 } // namespace
 
-TEST(SelectByName, TheWordIsUpperCasedAndComparedExactly) {
-    EXPECT_EQ(SelectionFor("", "ANY"), NameSelection::Uncheck);
-    EXPECT_EQ(SelectionFor("*", "ANY"), NameSelection::Check);
-    EXPECT_EQ(SelectionFor("WIRE", "WIRE HARNESS"), NameSelection::Check);
-    EXPECT_EQ(SelectionFor("WIRE", "Wire harness"), NameSelection::Keep);
-}
-
 TEST(SelectByName, WordsAddUpStarChecksTheTabShownAndNothingClearsIt) {
     ListFixture f(lists(), {});
     f.ui->refresh();
