@@ -1,4 +1,5 @@
 // The desktop program: the application core starts, then the main window lives in its frame.
+#include "app/icons.h"
 #include "app/mdifrmmain.h"
 #include "app/startup.h"
 #include "mainwindow/programwiring.h"
@@ -8,6 +9,8 @@
 int main(int argc, char** argv) {
     QApplication application(argc, argv);
     QApplication::setOrganizationName(QStringLiteral("Norvale Systems"));
+    QApplication::setWindowIcon(ProgramIcon());
+    QGuiApplication::setDesktopFileName(QStringLiteral("mercantel"));
 
     MDIfrmMain* frame = nullptr;
     if (StartProgram(QCoreApplication::arguments().mid(1), SystemEnvironment(), frame) ==

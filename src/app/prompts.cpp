@@ -55,6 +55,8 @@ public:
         QMessageBox box(standardIcon(icon), windowTitle(title), text, standardButtons(buttons),
                         QApplication::activeWindow());
         switch (box.exec()) {
+        case QMessageBox::Ok:
+            return Answer::Ok;
         case QMessageBox::Yes:
             return Answer::Yes;
         case QMessageBox::No:

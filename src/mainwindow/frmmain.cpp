@@ -2,12 +2,16 @@
 
 #include "app/appstate.h"
 #include "app/events.h"
+#include "app/frmoptions.h"
+#include "app/help.h"
 #include "app/messages.h"
 #include "app/prompts.h"
 #include "comms/bulletinpage.h"
 #include "comms/downloadpage.h"
 #include "data/moddata.h"
 #include "mainwindow/commandstrip.h"
+#include "partsfile/frmstock.h"
+#include "partsfile/modnvconvert.h"
 #include "partsfile/partsearchpane.h"
 #include "pricelists/activation.h"
 #include "pricelists/association.h"
@@ -33,6 +37,18 @@
 
 namespace {
 const int KeyStepTwips = 120;
+const int PartsTab = 3; // the "Pièces" tab of tbsInfo
+
+// The command strip's buttons, by their index in picMenu.
+enum Command {
+    SelectCommand = 0,
+    ActivateCommand,
+    ChangePartNumbers,
+    Options,
+    DeactivateCommand,
+    AssociateCommand,
+    DissociateCommand
+};
 // A failure during the load: the box gives the number and the description on one line.
 const ErrorHandler LoadErrors{QStringLiteral("ErrForm: "), QStringLiteral(" "),
                               QStringLiteral("\r\n")};
@@ -116,22 +132,33 @@ void frmMain::releaseCommand(int index) {
     focusListTree();
 }
 
-// The actions of the strip's buttons; the others come with their own dialogs.
+// The action of each button of the strip.
 void frmMain::runCommand(int index) {
     switch (index) {
-    case 0:
+    case SelectCommand:
         downloadPage->picFrame->setVisible(false);
         SelectByName(*listCommands);
         downloadPage->picFrame->setVisible(true);
         break;
-    case 1:
+    case ActivateCommand:
         MPActivate(*listCommands);
         break;
-    case 4:
+    case ChangePartNumbers: {
+        tbsInfo->setCurrentIndex(PartsTab);
+        frmStock dialog(partSearchPane, this);
+        dialog.exec();
+        break;
+    }
+    case Options: {
+        frmOptions dialog(this);
+        dialog.exec();
+        break;
+    }
+    case DeactivateCommand:
         MPDesactivate(*listCommands);
         break;
-    case 5:
-    case 6:
+    case AssociateCommand:
+    case DissociateCommand:
         AssociationCommand(*listCommands);
         break;
     default:
@@ -140,7 +167,7 @@ void frmMain::runCommand(int index) {
 }
 
 void frmMain::focusListTree() {
-    listPane->tvwList.at(listState.CurrentListTab)->setFocus();
+    listPane->focusTree(listState.CurrentListTab);
 }
 
 void frmMain::Load() {
@@ -162,8 +189,7 @@ void frmMain::Load() {
     // SetupEnv (the version table read for the update check) is called here, after the
     // captions, once the version check is part of the program.
     if (!updateMode) {
-        // SetupBulletin (the newsletters) is called here, before the trees, once the
-        // newsletters are part of the program.
+        loadStep([this] { bulletinPage->SetupBulletin(); });
         loadStep([this] { priceLists->refresh(); });
         return;
     }
@@ -171,8 +197,8 @@ void frmMain::Load() {
         for (auto* box : downloadPage->chkMAJ)
             box->setEnabled(false);
     });
-    loadStep([this] { listPane->tvwList.at(listState.CurrentListTab)->setVisible(true); });
-    loadStep([this] { catPane->tvwCat.at(listState.CurrentCatTab)->setVisible(true); });
+    loadStep([this] { listPane->showTree(listState.CurrentListTab); });
+    loadStep([this] { catPane->showTree(listState.CurrentCatTab); });
 }
 
 // A failure during the load is reported with the contact line, the program will then close
@@ -265,10 +291,6 @@ void frmMain::moveFrame(int dxTwips, int dyTwips) {
     frame->move(frame->pos() + QPoint(TwipsToPixels(dxTwips, dpi), TwipsToPixels(dyTwips, dpi)));
 }
 
-void frmMain::openHelpPage() {
-    QDesktopServices::openUrl(QUrl(LoadText(112)));
-}
-
 bool frmMain::KeyDown(int key, Qt::KeyboardModifiers modifiers) {
     const bool alt = modifiers & Qt::AltModifier;
     if (alt && !(modifiers & Qt::ShiftModifier)) {
@@ -293,7 +315,12 @@ bool frmMain::KeyDown(int key, Qt::KeyboardModifiers modifiers) {
     if (alt)
         return true; // the splitter keys come with the splitters
     if (key == Qt::Key_F1) {
-        openHelpPage();
+        OpenGuide();
+        return true;
+    }
+    if (key == Qt::Key_F12) {
+        bool forced = true;
+        modNVConvert::Convert(forced);
         return true;
     }
     if (key == Qt::Key_F5) {

@@ -83,7 +83,6 @@ private:
     void placePanes();
     void placeWindowInWorkArea();
     void moveFrame(int dxTwips, int dyTwips);
-    void openHelpPage();
     void loadStep(const std::function<void()>& step);
 
     bool inAnotherProgram_ = false; // the user left for another program since the last activation

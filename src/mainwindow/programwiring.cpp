@@ -4,6 +4,8 @@
 #include "app/mdifrmmain.h"
 #include "data/moddata.h"
 #include "mainwindow/frmmain.h"
+#include "partsfile/modnvconvert.h"
+#include "pricelists/programend.h"
 
 namespace {
 
@@ -36,6 +38,14 @@ StartupHooks programStartupHooks(MDIfrmMain*& frame, const CRegSettings& setting
     StartupHooks hooks;
     hooks.openData = OpenData;
     hooks.detectInstal = MPDetectInstal;
+    hooks.convert = [](bool forced) { return modNVConvert::Convert(forced); };
+    // A list naming a catalogue the trees do not hold: the table is rebuilt in its old form and
+    // the program ends, so that the next start converts it afresh.
+    SetConversionRestart([] {
+        bool forced = true;
+        modNVConvert::Convert(forced);
+        EndProgram();
+    });
     hooks.showMainWindow = [&frame, settings] { showMainWindow(frame, settings); };
     return hooks;
 }

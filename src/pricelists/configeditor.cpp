@@ -9,6 +9,7 @@
 
 #include <QApplication>
 #include <QMouseEvent>
+#include <QWindow>
 
 namespace {
 
@@ -18,7 +19,7 @@ const ErrorHandler SaveErrors{QStringLiteral("ErrSauveChange: ")};
 } // namespace
 
 ConfigEditor::ConfigEditor(ConfigPane& pane, PriceListState& state, Tables tables)
-    : pane_(pane), state_(state), tables_(tables) {
+    : pane_(pane), paneAlive_(&pane), state_(state), tables_(tables) {
     for (ConfigField* field : pane.txtConfig) {
         if (!field)
             continue;
@@ -80,14 +81,18 @@ void ConfigEditor::refuse(int field) {
     MsgBox(LoadText(message), Buttons::Ok, Icon::Warning);
 }
 
-// Looked at as the window system delivers the press, before any control takes the focus.
+// Looked at as the window system delivers the press, before any control takes the focus. The
+// field is the window's focus, even while the window itself is not active.
 bool ConfigEditor::eventFilter(QObject* watched, QEvent* event) {
     const bool press =
         event->type() == QEvent::MouseButtonPress || event->type() == QEvent::MouseButtonDblClick;
-    if (!press || !watched->isWindowType() || !tables_.binding)
+    if (!press || !tables_.binding || !paneAlive_)
         return false;
-    auto* field = qobject_cast<ConfigField*>(QApplication::focusWidget());
-    if (!field || field->window() != pane_.window() || !tables_.binding->hasTyped(field))
+    QWidget* window = pane_.window();
+    if (watched != static_cast<QObject*>(window->windowHandle()))
+        return false;
+    auto* field = qobject_cast<ConfigField*>(window->focusWidget());
+    if (!field || !tables_.binding->hasTyped(field))
         return false;
     const auto* mouse = static_cast<QMouseEvent*>(event);
     if (QApplication::widgetAt(mouse->globalPosition().toPoint()) == field)

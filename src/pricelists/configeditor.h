@@ -8,6 +8,7 @@
 #include "pricelists/pricelistsstate.h"
 
 #include <QObject>
+#include <QPointer>
 
 class ConfigField;
 class ConfigPane;
@@ -59,6 +60,7 @@ private:
     void dropChanges(qint16 mode);
 
     ConfigPane& pane_;
+    QPointer<ConfigPane> paneAlive_; // the window may take the pane down first
     PriceListState& state_;
     Tables tables_;
 };

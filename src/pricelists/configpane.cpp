@@ -85,16 +85,47 @@ ConfigPane::ConfigPane(QWidget* parent) : QWidget(parent) {
     row->addWidget(buildIdentity(), 0, Qt::AlignTop);
     row->addWidget(buildCostLevel(), 0, Qt::AlignTop);
     row->addWidget(buildOptions(), 0, Qt::AlignTop);
+    row->addWidget(buildCodes(), 0, Qt::AlignTop);
     row->addWidget(buildSubGroups(0), 0, Qt::AlignTop);
     row->addWidget(buildSubGroups(1), 0, Qt::AlignTop);
     row->addStretch(1);
     layout->addLayout(row);
     layout->addStretch(1);
 
-    // Bound but not shown: the cost level is shown through optDe, and the third percentage
-    // has no caption of its own.
-    for (int hidden : {PrixField::CoutDe, PrixField::Pct1 + 2})
-        makeField(hidden, 4)->hide();
+    // Bound but not shown: the cost level is shown through optDe.
+    makeField(PrixField::CoutDe, 4)->hide();
+}
+
+namespace {
+
+// The fields that have no caption in the catalogue go by their names in the table, the same in
+// both languages.
+const std::pair<int, const char*> NamedFields[] = {{PrixField::CodeNvc, "CODENVC"},
+                                                   {PrixField::CodeUni, "CODEUNI"},
+                                                   {PrixField::CodeAck, "CODEACK"},
+                                                   {PrixField::CodeUap, "CODEUAP"},
+                                                   {PrixField::Pct3, "PCT3"}};
+
+} // namespace
+
+// The list's four codes, digits only like the other numeric fields.
+QWidget* ConfigPane::buildCodes() {
+    auto* box = new QWidget(this);
+    auto* grid = new QGridLayout(box);
+    grid->setContentsMargins(0, 0, 0, 0);
+    grid->setVerticalSpacing(4);
+    for (int field = PrixField::CodeNvc; field <= PrixField::CodeUap; ++field)
+        addCaptionedField(grid, field - PrixField::CodeNvc, field, 6);
+    return box;
+}
+
+void ConfigPane::addCaptionedField(QGridLayout* grid, int line, int field, int chars) {
+    QLabel* caption = makeLabel(QStringLiteral("lblConfig%1").arg(field));
+    lblConfig[field] = caption;
+    ConfigField* box = makeField(field, chars);
+    caption->setBuddy(box);
+    grid->addWidget(caption, line, 0);
+    grid->addWidget(box, line, 1, Qt::AlignLeft);
 }
 
 ConfigField* ConfigPane::makeField(int index, int chars) {
@@ -123,21 +154,18 @@ QWidget* ConfigPane::buildIdentity() {
                 {PrixField::Departem, 0}, {PrixField::DateEff, 8},    {PrixField::DateStk, 8}};
     int line = 0;
     for (const auto& r : rows) {
+        if (r.field != PrixField::Departem) {
+            addCaptionedField(grid, line++, r.field, r.chars);
+            continue;
+        }
         QLabel* caption = makeLabel(QStringLiteral("lblConfig%1").arg(r.field));
         lblConfig[r.field] = caption;
+        cmbDepart = new QComboBox(box);
+        cmbDepart->setObjectName(QStringLiteral("cmbDepart"));
+        cmbDepart->setMinimumWidth(charWidth(cmbDepart, 12));
+        caption->setBuddy(cmbDepart);
         grid->addWidget(caption, line, 0);
-        if (r.field == PrixField::Departem) {
-            cmbDepart = new QComboBox(box);
-            cmbDepart->setObjectName(QStringLiteral("cmbDepart"));
-            cmbDepart->setMinimumWidth(charWidth(cmbDepart, 12));
-            caption->setBuddy(cmbDepart);
-            grid->addWidget(cmbDepart, line, 1, Qt::AlignLeft);
-        } else {
-            ConfigField* field = makeField(r.field, r.chars);
-            caption->setBuddy(field);
-            grid->addWidget(field, line, 1, Qt::AlignLeft);
-        }
-        ++line;
+        grid->addWidget(cmbDepart, line++, 1, Qt::AlignLeft);
     }
     return box;
 }
@@ -168,6 +196,7 @@ QWidget* ConfigPane::buildCostLevel() {
         grid->addWidget(lblPCT[k], k, 0);
         grid->addWidget(makeField(PrixField::Pct1 + k, 6), k, 1);
     }
+    addCaptionedField(grid, 2, PrixField::Pct3, 6);
     column->addWidget(fraApp);
     return box;
 }
@@ -216,6 +245,8 @@ void ConfigPane::labelFields() {
                                             {PrixField::Departem, 13}, {PrixField::Fournis, 14}};
     for (const auto& [field, message] : captions)
         lblConfig[field]->setText(LoadText(message));
+    for (const auto& [field, name] : NamedFields)
+        lblConfig[field]->setText(QLatin1String(name));
 }
 
 void ConfigPane::labelFrames() {

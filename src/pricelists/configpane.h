@@ -9,6 +9,7 @@
 
 #include <QCheckBox>
 #include <QComboBox>
+#include <QGridLayout>
 #include <QGroupBox>
 #include <QLabel>
 #include <QLineEdit>
@@ -79,6 +80,8 @@ private:
     ConfigField* makeField(int index, int chars);
     QLabel* makeLabel(const QString& name);
     QWidget* buildIdentity();
+    QWidget* buildCodes();
+    void addCaptionedField(QGridLayout* grid, int line, int field, int chars);
     QWidget* buildCostLevel();
     QWidget* buildOptions();
     QWidget* buildSubGroups(int column);

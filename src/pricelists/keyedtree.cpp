@@ -5,7 +5,9 @@
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QMouseEvent>
+#include <QScrollBar>
 #include <QStyle>
+#include <QTimer>
 #include <utility>
 
 namespace {
@@ -230,6 +232,19 @@ QRect KeyedTree::checkBoxRect(const QTreeWidgetItem* item) const {
     return style()->subElementRect(QStyle::SE_ItemViewItemCheckIndicator, &option, this);
 }
 
+int KeyedTree::textLeft() const {
+    QStyleOptionViewItem option;
+    initViewItemOption(&option);
+    option.rect = QRect(0, 0, qMax(1, columnWidth(0)), fontMetrics().height() + 4);
+    option.features |= QStyleOptionViewItem::HasCheckIndicator | QStyleOptionViewItem::HasDisplay;
+    option.text = QStringLiteral("M");
+    const QRect text = style()->subElementRect(QStyle::SE_ItemViewItemText, &option, this);
+    // The delegate keeps a margin inside the text's rectangle.
+    const int margin = style()->pixelMetric(QStyle::PM_FocusFrameHMargin, nullptr, this) + 1;
+    const int decoration = rootIsDecorated() ? indentation() : 0;
+    return viewport()->x() + decoration + text.left() + margin - horizontalScrollBar()->value();
+}
+
 bool KeyedTree::isOnCheckBox(const QPoint& viewportPos) const {
     const QTreeWidgetItem* item = itemAt(viewportPos);
     return item && checkBoxRect(item).contains(viewportPos);
@@ -264,6 +279,10 @@ void KeyedTree::focusInEvent(QFocusEvent* event) {
     const int before = generation_;
     Q_EMIT focusReceived();
     pressSpent_ = event->reason() == Qt::MouseFocusReason && generation_ != before;
+    // The press follows at once, unless it was aimed at a part of the tree that takes no
+    // focus of its own (a scroll bar): then it is not waited for.
+    if (pressSpent_)
+        QTimer::singleShot(0, this, [this] { pressSpent_ = false; });
 }
 
 void KeyedTree::keyPressEvent(QKeyEvent* event) {
@@ -275,6 +294,8 @@ void KeyedTree::keyPressEvent(QKeyEvent* event) {
 }
 
 void KeyedTree::mousePressEvent(QMouseEvent* event) {
+    // A release that went elsewhere while a question was asked is not waited for.
+    releaseSpent_ = false;
     if (std::exchange(pressSpent_, false)) {
         releaseSpent_ = true;
         event->accept();

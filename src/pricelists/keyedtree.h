@@ -62,6 +62,10 @@ public:
     QTreeWidgetItem* selectedNode() const;
     void selectNode(QTreeWidgetItem* item);
 
+    // Where the text of a top-level node starts, in the tree's own coordinates (after the
+    // frame, the check box and the scrolled part), as the view's style lays it out.
+    int textLeft() const;
+
     // True when a point of the viewport lies on the check box of the node under it: the check
     // indicator's rectangle as the view's style lays it out for that node.
     bool isOnCheckBox(const QPoint& viewportPos) const;

@@ -1,16 +1,16 @@
 #pragma once
 
 // The price lists and catalogues of the main window: the list trees, the catalogue trees and
-// the configuration pane, with what ties them together. frmMain makes the three panes in its
-// own panes and hands them here with the shared state and the tables:
+// the configuration pane, with what ties them together. frmMain makes the three panes where
+// they are shown and hands them here with the shared state and the tables:
 //
-//     priceLists = new PriceListsUi({listPane, catPane, configPane}, listState,
+//     priceLists = new PriceListsUi({*listPane, *catPane, *configPane}, listState,
 //                                   {rsPrixList, rsCataList, &rsDepart, &ConfigBinding()},
 //                                   this);
 //
-// then connects the signals below to the command strip and the part search. Its load runs
-// refresh() (SetupCat, SetupList); every command of the strip first calls saveIfDirty() and
-// stops when it returns false. The state belongs to frmMain and must outlive this object.
+// then connects the signals below to the command strip and the part search. frmMain's load
+// runs refresh() (SetupCat, SetupList); every command of the strip first calls saveIfDirty()
+// and stops when it returns false. The state belongs to frmMain and must outlive this object.
 
 #include "pricelists/pricelistsstate.h"
 

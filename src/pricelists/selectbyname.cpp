@@ -36,7 +36,7 @@ void SelectByName(const ListCommandContext& c) {
     for (int i = 1; i <= tree.nodeCount(); ++i) {
         RunGuarded(SelectErrors, [&] {
             QTreeWidgetItem* node = tree.node(i);
-            const int r = RowFromListKey(KeyedTree::keyOf(node));
+            const int r = KeyedTree::rowOf(node);
             rs.move(r, MoveStart::First);
             const NameSelection selection =
                 SelectionFor(answer, rs.value(PrixField::Desc).toString());

@@ -2,7 +2,11 @@
 
 #include "app/messages.h"
 
+#include "pricelists/treerules.h"
+
+#include <QEvent>
 #include <QFontDatabase>
+#include <QScrollBar>
 #include <QVBoxLayout>
 
 QFont ListTreeFont() {
@@ -38,12 +42,11 @@ ListTreePane::ListTreePane(QWidget* parent) : QWidget(parent) {
 
     picTvw = new QWidget(this);
     picTvw->setObjectName(QStringLiteral("picTvw"));
-    auto* heading = new QHBoxLayout(picTvw);
-    heading->setContentsMargins(4, 2, 4, 2);
     lblTvw = new QLabel(picTvw);
     lblTvw->setObjectName(QStringLiteral("lblTvw"));
     lblTvw->setTextFormat(Qt::PlainText);
-    heading->addWidget(lblTvw);
+    lblTvw->setFont(ListTreeFont());
+    picTvw->setFixedHeight(lblTvw->sizeHint().height() + 4);
     layout->addWidget(picTvw);
 
     for (int i = 0; i < int(tvwList.size()); ++i) {
@@ -52,14 +55,36 @@ ListTreePane::ListTreePane(QWidget* parent) : QWidget(parent) {
         tvwList[i]->setRootIsDecorated(false);
         tvwList[i]->setVisible(i == 0);
         layout->addWidget(tvwList[i], 1);
+        // The heading follows the tree shown: its size, its place and its sideways scrolling.
+        tvwList[i]->installEventFilter(this);
+        connect(tvwList[i]->horizontalScrollBar(), &QScrollBar::valueChanged, this,
+                &ListTreePane::alignHeading);
+    }
+}
+
+bool ListTreePane::eventFilter(QObject* watched, QEvent* event) {
+    const QEvent::Type type = event->type();
+    if (type == QEvent::Show || type == QEvent::Resize || type == QEvent::Move)
+        alignHeading();
+    return QWidget::eventFilter(watched, event);
+}
+
+void ListTreePane::alignHeading() {
+    for (const KeyedTree* tree : tvwList) {
+        if (tree->isHidden())
+            continue;
+        // The strip clips what scrolls off its left edge, as the tree does.
+        const int textLeft = tree->mapTo(this, QPoint(tree->textLeft(), 0)).x() - picTvw->x();
+        lblTvw->adjustSize();
+        lblTvw->move(textLeft, 2);
+        return;
     }
 }
 
 void ListTreePane::label() {
-    // The heading is in the pane's own font, whose narrow blanks bring "Code" and the matrix
-    // heading over their columns of the fixed-pitch trees.
-    lblTvw->setText(LoadText(62) + QString(60, QLatin1Char(' ')) + QStringLiteral("Code") +
-                    QString(3, QLatin1Char(' ')) + LoadText(63));
+    // Laid out as a node's text, in the same fixed-pitch font: each heading over its column.
+    lblTvw->setText(ListNodeText(LoadText(62), QStringLiteral("Code"), LoadText(63)));
+    alignHeading();
     for (int i = 0; i < 4; ++i)
         tbsList->setTabText(i, LoadText(2 + i));
 }
@@ -75,6 +100,18 @@ CatTreePane::CatTreePane(QWidget* parent) : QWidget(parent) {
         tvwCat[i]->setVisible(i == 0);
         layout->addWidget(tvwCat[i], 1);
     }
+}
+
+void ListTreePane::showTree(int tab) {
+    tvwList.at(tab)->setVisible(true);
+}
+
+void ListTreePane::focusTree(int tab) {
+    tvwList.at(tab)->setFocus();
+}
+
+void CatTreePane::showTree(int tab) {
+    tvwCat.at(tab)->setVisible(true);
 }
 
 void CatTreePane::label() {

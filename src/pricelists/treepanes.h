@@ -18,11 +18,19 @@ public:
 
     // Captions, in the order the main window sets them: the heading lblTvw, then the tabs.
     void label();
+    // Puts the column headings over the columns of the list tree shown.
+    void alignHeading();
+    // The list tree of a tab: shown, or given the keyboard focus.
+    void showTree(int tab);
+    void focusTree(int tab);
 
     QTabBar* tbsList = nullptr;
     QWidget* picTvw = nullptr; // the strip holding the column heading
-    QLabel* lblTvw = nullptr;
+    QLabel* lblTvw = nullptr;  // in the trees' font, padded as the node texts are
     std::array<KeyedTree*, 4> tvwList{};
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
 };
 
 class CatTreePane : public QWidget {
@@ -31,6 +39,8 @@ public:
     explicit CatTreePane(QWidget* parent = nullptr);
 
     void label();
+    // Shows the catalogue tree of a tab.
+    void showTree(int tab);
 
     QTabBar* tbsCat = nullptr;
     std::array<KeyedTree*, 2> tvwCat{};

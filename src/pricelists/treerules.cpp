@@ -4,10 +4,6 @@ QColor ToQColor(OleColor color) {
     return QColor(int(color & 0xFF), int((color >> 8) & 0xFF), int((color >> 16) & 0xFF));
 }
 
-OleColor FromQColor(const QColor& color) {
-    return OleColor(color.red()) | (OleColor(color.green()) << 8) | (OleColor(color.blue()) << 16);
-}
-
 QDate SystemToday() {
     return QDate::currentDate();
 }
@@ -31,14 +27,6 @@ QString CatalogueKey(const QString& code) {
 
 QString ListChildKey(int row, int childCount) {
     return ListKey(row) + QString::number(childCount);
-}
-
-int RowFromListKey(const QString& key) {
-    if (key.size() < 2)
-        return -1;
-    bool ok = false;
-    const int row = key.mid(1).toInt(&ok);
-    return ok ? row : -1;
 }
 
 namespace {

@@ -22,7 +22,6 @@ inline constexpr OleColor ColorInactive = 0x808080; // not activated
 inline constexpr OleColor ColorBlack = 0;           // catalogue with associated lists
 
 QColor ToQColor(OleColor color);
-OleColor FromQColor(const QColor& color);
 
 // "Today" as the trees see it: the system date unless a test or a tool sets another clock.
 using TodayFunction = std::function<QDate()>;
@@ -36,8 +35,6 @@ std::optional<QDate> DateOf(const QVariant& value);
 QString ListKey(int row);
 QString CatalogueKey(const QString& code);
 QString ListChildKey(int row, int childCount);
-// The row position of a list key: the number after the "L" (L007 gives 7; -1 when none).
-int RowFromListKey(const QString& key);
 
 // The text of a list node: desc padded to 34, group code padded to 5, then the matrix file.
 // A longer desc or group code is shown whole, without padding.

@@ -28,6 +28,7 @@ struct CommandStripFixture : ::testing::Test {
         App().Settings.Nation = 1000;
         App().DataPath = install.dir(QStringLiteral("NVNV"));
         App().PrgPath = install.dir(QStringLiteral("PRG"));
+        App().InfoPath = install.dir(QStringLiteral("NVINFO"));
         writeDemoTables(install.drive());
         ASSERT_TRUE(OpenData());
         main = new frmMain(&frame);

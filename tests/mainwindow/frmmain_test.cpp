@@ -11,7 +11,9 @@
 #include "mainwindow/commandstrip.h"
 #include "partsfile/partsearchpane.h"
 #include "pricelists/configpane.h"
+#include "pricelists/keyedtree.h"
 #include "pricelists/pricelistsui.h"
+#include "pricelists/treeinteractions.h"
 #include "pricelists/treepanes.h"
 
 #include "scriptedprompter.h"
@@ -25,6 +27,7 @@
 #include <QRadioButton>
 #include <QTabBar>
 #include <QTabWidget>
+#include <QComboBox>
 #include <QTest>
 #include <gtest/gtest.h>
 
@@ -43,6 +46,7 @@ struct MainWindowFixture : ::testing::Test {
         App().RegistryKeyPath = QStringLiteral("Software\\Norvale Systems");
         App().DataPath = install.dir(QStringLiteral("NVNV"));
         App().PrgPath = install.dir(QStringLiteral("PRG"));
+        App().InfoPath = install.dir(QStringLiteral("NVINFO"));
         writeDemoTables(install.drive());
         ASSERT_TRUE(OpenData());
         main = new frmMain(&frame);
@@ -65,6 +69,8 @@ TEST_F(MainWindowFixture, LabelPutsTheCaptionsOfTheChosenLanguage) {
     EXPECT_EQ(main->Picture1->lblMenu[0]->text(), QStringLiteral("Sélectionner"));
     EXPECT_EQ(main->Picture1->lblMenu[2]->text(), QStringLiteral("Options"));
     EXPECT_EQ(main->downloadPage->cmdOK->toolTip(), QStringLiteral("Télécharger"));
+    // The load reads the newsletters before the trees.
+    EXPECT_GT(main->bulletinPage->cmbAnnonceur->count(), 0);
 
     App().Settings.Nation = 2000;
     frmMain english;
@@ -72,59 +78,6 @@ TEST_F(MainWindowFixture, LabelPutsTheCaptionsOfTheChosenLanguage) {
     EXPECT_EQ(english.tbsInfo->tabText(2), QStringLiteral("Newsletters"));
     EXPECT_EQ(english.Picture1->lblMenu[1]->text(), QStringLiteral("Deactivate"));
     EXPECT_EQ(english.downloadPage->lblCHK[4]->text(), QStringLiteral("Partdex"));
-}
-
-TEST_F(MainWindowFixture, LabelGivesEveryCaptionItsNumberedText) {
-    App().Settings.Nation = 2000;
-    frmMain english;
-    english.Load();
-    const auto text = [](int k) { return MessageCatalogue::text(2000 + k); };
-    const ListTreePane& lists = *english.listPane;
-    EXPECT_EQ(lists.lblTvw->text(),
-              text(62) + QString(60, u' ') + QStringLiteral("Code") + QString(3, u' ') + text(63));
-    for (int i = 0; i < 4; ++i)
-        EXPECT_EQ(lists.tbsList->tabText(i), text(2 + i)) << "list tab " << i;
-    EXPECT_EQ(english.catPane->tbsCat->tabText(0), text(6));
-    EXPECT_EQ(english.catPane->tbsCat->tabText(1), text(41));
-    const int infoTabs[] = {1, 7, 9, 8};
-    for (int i = 0; i < 4; ++i)
-        EXPECT_EQ(english.tbsInfo->tabText(i), text(infoTabs[i])) << "information tab " << i;
-
-    const ConfigPane& config = *english.configPane;
-    const std::pair<int, int> fields[] = {{5, 10}, {44, 63}, {3, 11}, {4, 12}, {16, 13}, {20, 14}};
-    for (const auto& [field, k] : fields)
-        EXPECT_EQ(config.lblConfig[field]->text(), text(k)) << "lblConfig " << field;
-    EXPECT_EQ(config.fraApp->title(), text(113));
-    for (int i = 0; i < 3; ++i) {
-        EXPECT_EQ(config.lblCH[i]->text(), text(16 + i));
-        EXPECT_EQ(config.optDe[i]->text(), text(22 + i));
-    }
-    for (int i = 0; i < 2; ++i) {
-        EXPECT_EQ(config.lblPCT[i]->text(), text(19 + i));
-        EXPECT_EQ(config.lblGroupes[i]->text(), text(26));
-        EXPECT_EQ(config.lblSGRPCT[i]->text(), text(27));
-    }
-    EXPECT_EQ(config.fraCoutant->title(), text(21));
-    EXPECT_EQ(config.lblCOUTPCT->text(), text(25));
-    EXPECT_EQ(english.partSearchPane->lblRecherche->text(), text(28));
-    EXPECT_EQ(english.partSearchPane->lblMax->text(), text(83));
-
-    const DownloadPage& download = *english.downloadPage;
-    EXPECT_EQ(download.fraMAJ->title(), text(110));
-    const int choices[] = {85, 86, 87, 43, -1, 48};
-    for (int i = 0; i < 6; ++i) {
-        if (choices[i] >= 0) {
-            EXPECT_EQ(download.lblCHK[i]->text(), text(choices[i])) << "lblCHK " << i;
-        }
-    }
-    EXPECT_EQ(download.lblAttention->text(), text(89));
-    EXPECT_EQ(download.cmdOK->text(), text(96));
-    EXPECT_EQ(download.cmdOK->toolTip(), text(96));
-    EXPECT_EQ(english.bulletinPage->lblAnnonceur->text(), text(118));
-    EXPECT_EQ(english.bulletinPage->lblSujet->text(), text(119));
-    const int menu[] = {120, 121, 126, 123, 124};
-    for (int i = 0; i < 5; ++i)
-        EXPECT_EQ(english.Picture1->lblMenu[i]->text(), text(menu[i])) << "lblMenu " << i;
 }
 
 TEST_F(MainWindowFixture, ClosingAsksUnlessATransferRunsOrTheProgramMustQuit) {
@@ -302,4 +255,42 @@ TEST_F(MainWindowFixture, F5AsksOnceAboutPendingChangesAndNothingOtherwise) {
     }
     EXPECT_EQ(main->listState.ConfigDirty, Dirty::None);
     EXPECT_EQ(main->listState.ListMarks(0, 0), QStringLiteral("TICKED"));
+}
+
+// The panes tell the window what they show; the command strip and the part search follow.
+TEST_F(MainWindowFixture, TheCommandStripAndThePartSearchFollowTheTrees) {
+    main->Load();
+    const CommandStrip& strip = *main->Picture1;
+    main->listPane->tbsList->setCurrentIndex(3);
+    EXPECT_FALSE(strip.picMenu[4]->isVisibleTo(main));
+    EXPECT_TRUE(strip.picMenu[1]->isVisibleTo(main));
+    EXPECT_EQ(strip.lblMenu[1]->text(), MessageCatalogue::text(1122));
+    main->listPane->tbsList->setCurrentIndex(0);
+    EXPECT_TRUE(strip.picMenu[4]->isVisibleTo(main));
+    EXPECT_EQ(strip.lblMenu[1]->text(), MessageCatalogue::text(1121));
+
+    KeyedTree& catalogues = *main->catPane->tvwCat[0];
+    QTreeWidgetItem* listUnderCatalogue = nullptr;
+    for (int i = 0; i < catalogues.topLevelItemCount() && !listUnderCatalogue; ++i)
+        listUnderCatalogue = catalogues.topLevelItem(i)->child(0);
+    ASSERT_NE(listUnderCatalogue, nullptr);
+    main->priceLists->interactions().tvwCatNodeClick(0, listUnderCatalogue);
+    EXPECT_TRUE(strip.picMenu[6]->isVisibleTo(main));
+    EXPECT_FALSE(strip.picMenu[5]->isVisibleTo(main));
+    EXPECT_EQ(strip.lblMenu[4]->text(), MessageCatalogue::text(1125));
+    const QString groupCode = rsPrixList.value(PrixField::CodeGro).toString().trimmed();
+    ASSERT_FALSE(groupCode.isEmpty());
+    EXPECT_TRUE(main->partSearchPane->lblRecherche->text().endsWith(groupCode));
+}
+
+TEST_F(MainWindowFixture, AValueTheFieldCannotHoldKeepsTheWindowOpen) {
+    main->Load();
+    ConfigField* date = main->configPane->txtConfig[PrixField::DateEff];
+    date->selectAll();
+    QTest::keyClicks(date, "2026.13.01");
+    ScriptedPrompter prompts;
+    prompts.expectMessage(MessageCatalogue::text(1146), Buttons::Ok, Icon::Warning, QString(),
+                          Answer::Ok);
+    EXPECT_FALSE(main->QueryUnload());
+    EXPECT_EQ(date->text(), "2026.13.01");
 }

@@ -97,15 +97,9 @@ TEST(Config, TypedKeysFollowTheFieldRules) {
     EXPECT_EQ(code->text(), "AB1");
     EXPECT_NE(QApplication::focusWidget(), code);
 
-    ConfigField* percent = pane.txtConfig[PrixField::CoutPct];
-    percent->setFocus();
-    percent->setText("");
-    QTest::keyClicks(percent, "1a2.5%");
-    EXPECT_EQ(percent->text(), "12.5");
-
     // The focus selects the whole text, which typing then replaces, even in a full field.
     code->setText("WXYZ");
-    percent->setFocus();
+    pane.txtConfig[PrixField::CoutPct]->setFocus();
     code->setFocus();
     EXPECT_EQ(code->selectedText(), "WXYZ");
     QTest::keyClicks(code, "q");
@@ -138,6 +132,19 @@ TEST(Config, AnsweringNoRestoresTheFieldDropsTheChangesAndUnchecksEveryList) {
     EXPECT_TRUE(f.list(0).isEnabled());
     EXPECT_EQ(f.window->cursor().shape(), Qt::ArrowCursor);
 }
+
+// Stands for a question box that takes the release of a press.
+class ReleaseEater : public QObject {
+public:
+    explicit ReleaseEater(QWidget* target) : target_(target) { target_->installEventFilter(this); }
+    ~ReleaseEater() override { target_->removeEventFilter(this); }
+    bool eventFilter(QObject*, QEvent* event) override {
+        return event->type() == QEvent::MouseButtonRelease;
+    }
+
+private:
+    QWidget* target_;
+};
 
 // The press that takes the focus from the pane asks first; the question box then takes the
 // release. The highlighted list, the pane and the part-search prefix agree all along.
@@ -173,6 +180,22 @@ TEST(Config, ClickingAnotherListWithChangesPendingAsksFirst) {
     EXPECT_EQ(KeyedTree::keyOf(tree.selectedNode()), "L000");
     EXPECT_EQ(f.configPane->lblConfig[PrixField::Desc]->text(), "A FREINS");
     EXPECT_EQ(f.groupCode, "AB");
+
+    // The release goes to the question box: the next click is a whole click.
+    editGroupCode(f, "AC");
+    const QPoint third = tree.viewport()->mapTo(f.window.get(), onText(tree, tree.node("L001")));
+    {
+        ScriptedPrompter prompts;
+        expectSaveQuestion(prompts, Answer::Yes);
+        QTest::mousePress(window, Qt::LeftButton, {}, third);
+    }
+    {
+        ReleaseEater box(tree.viewport());
+        QTest::mouseRelease(window, Qt::LeftButton, {}, third);
+    }
+    QTest::mouseClick(window, Qt::LeftButton, {}, third);
+    EXPECT_EQ(KeyedTree::keyOf(tree.selectedNode()), "L001");
+    EXPECT_EQ(f.configPane->lblConfig[PrixField::Desc]->text(), "B FILTRES");
 }
 
 TEST(Config, AnEmptiedRequiredGroupCodeIsRefusedWithItsListAsTitle) {
@@ -316,10 +339,15 @@ TEST(Config, AValueTheFieldCannotHoldKeepsTheFieldAndIsNotWritten) {
     QTest::keyClick(window, Qt::Key_Tab);
     EXPECT_EQ(f.rsPrixList.value(PrixField::DateEff).toDate(), QDate(2026, 11, 5));
 
-    // Too wide for N6.2: the click on another list goes nowhere.
+    // Too wide for N6.2: the click on another list goes nowhere, even when it comes while
+    // another window is active (as after the message box).
     ConfigField* percent = f.configPane->txtConfig[PrixField::CoutPct];
     percent->setFocus();
     QTest::keyClicks(percent, "1000");
+    QWidget elsewhere;
+    elsewhere.show();
+    elsewhere.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&elsewhere));
     KeyedTree& tree = f.list(0);
     const QPoint other = tree.viewport()->mapTo(f.window.get(), onText(tree, tree.node("L000")));
     {
@@ -327,14 +355,38 @@ TEST(Config, AValueTheFieldCannotHoldKeepsTheFieldAndIsNotWritten) {
         prompts.expectMessage(LoadText(147), Buttons::Ok, Icon::Warning, QString(), Answer::Ok);
         QTest::mouseClick(window, Qt::LeftButton, {}, other);
     }
-    EXPECT_EQ(QApplication::focusWidget(), percent);
+    EXPECT_EQ(f.window->focusWidget(), percent);
     EXPECT_EQ(percent->text(), "1000");
     EXPECT_EQ(KeyedTree::keyOf(tree.selectedNode()), "L002");
     EXPECT_EQ(f.configPane->lblConfig[PrixField::Desc]->text(), "C BOUGIES");
 
+    f.window->activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(f.window.get()));
+    QTest::keyClick(percent, Qt::Key_End);
     QTest::keyClick(percent, Qt::Key_Backspace);
     date->setFocus();
     EXPECT_DOUBLE_EQ(f.rsPrixList.value(PrixField::CoutPct).toDouble(), 100);
+    f.rsPrixList.cancelUpdate();
+    f.state.ConfigDirty = Dirty::None;
+}
+
+// The list's four codes and its third percentage have boxes of their own, bound to their fields.
+TEST(Config, TheCodesAndTheThirdPercentageAreShownAndEdited) {
+    ListFixture f(lists(), catalogues());
+    f.ui->refresh();
+    show(f, "L002");
+    for (int field : {PrixField::CodeNvc, PrixField::CodeUni, PrixField::CodeAck,
+                      PrixField::CodeUap, PrixField::Pct3}) {
+        ConfigField* box = f.configPane->txtConfig[field];
+        ASSERT_NE(box, nullptr) << field;
+        EXPECT_TRUE(box->isVisibleTo(f.window.get())) << field;
+        EXPECT_FALSE(f.configPane->lblConfig[field]->text().isEmpty()) << field;
+        box->setFocus();
+        QTest::keyClicks(box, "1a2");
+        QTest::keyClick(f.window->windowHandle(), Qt::Key_Tab);
+        EXPECT_EQ(f.rsPrixList.value(field).toString(), "12") << field;
+    }
+    EXPECT_EQ(f.state.ConfigDirty, Dirty::Pane);
     f.rsPrixList.cancelUpdate();
     f.state.ConfigDirty = Dirty::None;
 }

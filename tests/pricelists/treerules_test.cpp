@@ -34,18 +34,11 @@ TEST(TreeRules, NodeTextPadsDescAndGroupCodeIntoColumns) {
     EXPECT_EQ(ListNodeText("A   ", "AB  ", "M  "), ListNodeText("A", "AB", "M"));
 }
 
+// Past row 999 a list key grows a digit; catalogue codes are right-aligned in three.
 TEST(TreeRules, KeysFollowTheNodeScheme) {
-    EXPECT_EQ(ListKey(7), "L007");
-    EXPECT_EQ(ListKey(123), "L123");
     EXPECT_EQ(ListKey(4321), "L4321");
-    EXPECT_EQ(CatalogueKey("ABC"), "CABC");
-    EXPECT_EQ(CatalogueKey("AB"), "C AB");
     EXPECT_EQ(CatalogueKey("A"), "C  A");
-    EXPECT_EQ(ListChildKey(7, 0), "L0070");
     EXPECT_EQ(ListChildKey(7, 12), "L00712");
-    EXPECT_EQ(RowFromListKey("L007"), 7);
-    EXPECT_EQ(RowFromListKey("L4321"), 4321);
-    EXPECT_EQ(RowFromListKey("L"), -1);
 }
 
 TEST(TreeRules, BranchOfEachDateCase) {
@@ -97,40 +90,15 @@ TEST(TreeRules, CatnoIsReadCodeByCodeUpToEachSemicolon) {
     EXPECT_EQ(CatnoCodes("AB;;XYZ;"), (QStringList{"AB"}));
 }
 
-TEST(TreeRules, ColoursAreBgrValues) {
-    EXPECT_EQ(ToQColor(ColorUpcoming), QColor(0xC0, 0, 0));
-    EXPECT_EQ(ToQColor(ColorUpToDate), QColor(0x02, 0x00, 0x80));
-    EXPECT_EQ(ToQColor(ColorToUpdate), QColor(0xA0, 0x40, 0x40));
-    EXPECT_EQ(FromQColor(ToQColor(ColorToUpdate)), ColorToUpdate);
-}
-
-TEST(ConfigKeys, TextFieldsAreUpperCasedAndLimited) {
-    EXPECT_EQ(typed(PrixField::CodeGro, "ab12"), "AB12");
-    EXPECT_EQ(typed(PrixField::CodeGro, "ab12c"), "AB12");
-    EXPECT_EQ(typed(PrixField::CodeGro, "ab12\bz"), "AB1Z");
+// Text fields are upper-cased and limited by field; the others take digits and the point.
+TEST(ConfigKeys, EachFieldTakesWhatItsRuleAllows) {
+    EXPECT_EQ(typed(PrixField::CodeGro, "ab12c\bz"), "AB1Z");
     EXPECT_EQ(typed(PrixField::Fournis, QString(30, 'x')), QString(25, 'X'));
-    EXPECT_EQ(typed(21, "sous-groupe"), "SOUS-GROU");
     EXPECT_EQ(typed(39, "abcdefghijk"), "ABCDEFGHI");
     EXPECT_EQ(typed(PrixField::FicFamille, "matrice01"), "MATRICE0");
-}
-
-TEST(ConfigKeys, OtherFieldsTakeDigitsAndThePoint) {
-    EXPECT_EQ(typed(PrixField::CoutPct, "12.5"), "12.5");
-    EXPECT_EQ(typed(PrixField::CoutPct, "1a2,5%"), "125");
     EXPECT_EQ(typed(22, "7x\b8"), "8");
-    EXPECT_EQ(typed(PrixField::DateEff, "2026.03.16"), "2026.03.16");
+    EXPECT_EQ(typed(PrixField::CodeNvc, "1a2,5%"), "125");
     EXPECT_EQ(typed(PrixField::Pct1, QString::fromUtf8("٣")), ""); // digits of other scripts
-}
-
-TEST(ConfigKeys, EnterMovesOnAndTypesNothing) {
-    for (int field : {PrixField::CodeGro, PrixField::CoutPct, PrixField::FicFamille}) {
-        const ConfigKey key = ConfigKeyRule(field, 0, QChar(KeyEnter));
-        EXPECT_TRUE(key.moveNext);
-        EXPECT_TRUE(key.typed.isNull());
-    }
-    // Backspace is accepted even in a full field.
-    EXPECT_EQ(ConfigKeyRule(PrixField::CodeGro, 4, QChar(KeyBackspace)).typed.unicode(),
-              KeyBackspace);
 }
 
 TEST(ListMarks, RedimKeepsRowsByPosition) {

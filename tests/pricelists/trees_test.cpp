@@ -2,14 +2,18 @@
 
 #include "listfixture.h"
 
+#include "app/appstate.h"
 #include "app/messages.h"
 #include "pricelists/configpane.h"
 #include "pricelists/imagelist.h"
 #include "pricelists/keyedtree.h"
 #include "pricelists/programend.h"
 #include "pricelists/treebuilder.h"
+#include "pricelists/treepanes.h"
 #include "scriptedprompter.h"
 
+#include <QFontInfo>
+#include <QScrollBar>
 #include <gtest/gtest.h>
 
 namespace {
@@ -45,10 +49,6 @@ TEST(Trees, EachListGoesToTheBranchesOfItsDates) {
     EXPECT_EQ(f.keys(f.list(1)), (QStringList{"L000", "L001"}));
     EXPECT_EQ(f.keys(f.list(2)), (QStringList{"L004"}));
     EXPECT_EQ(f.keys(f.list(3)), (QStringList{"L005"}));
-    EXPECT_EQ(KeyedTree::colorOf(f.list(0).node("L000")), ColorToUpdate);
-    EXPECT_EQ(KeyedTree::colorOf(f.list(0).node("L002")), ColorUpToDate);
-    EXPECT_EQ(KeyedTree::colorOf(f.list(0).node("L003")), ColorUpToDate);
-    EXPECT_EQ(KeyedTree::colorOf(f.list(0).node("L004")), ColorUpcoming);
     EXPECT_EQ(KeyedTree::colorOf(f.list(2).node("L004")), ColorUpcoming);
     EXPECT_EQ(KeyedTree::colorOf(f.list(3).node("L005")), ColorInactive);
     EXPECT_EQ(f.list(0).node("L000")->foreground(0).color(), ToQColor(ColorToUpdate));
@@ -152,16 +152,69 @@ TEST(Trees, SelectionIsRestoredThroughNodeclick) {
     EXPECT_EQ(f.configPane->lblConfig[1]->text(), "G UP TO DATE");
 }
 
-TEST(Trees, CatalogueCodeWithoutNodeEndsTheProgramForConversion) {
-    QList<ListRow> lists = {{"A LIST", "AAA", true, Past, Past, "", false, 1.0, "", "ABC;NOP;"}};
+// A list naming a catalogue the trees do not hold sends the table back to the conversion, once,
+// and the rebuild stops there.
+TEST(Trees, CatalogueCodeWithoutNodeRestartsTheConversion) {
+    QList<ListRow> lists = {{"A LIST", "AAA", true, Past, Past, "", false, 1.0, "", "ABC;NOP;"},
+                            {"B LIST", "BBB", true, Past, Past}};
     ListFixture f(lists, catalogues());
-    int ends = 0;
-    const ProgramEnd former = SetProgramEnd([&] { ++ends; });
+    int restarts = 0;
+    const ConversionRestart former = SetConversionRestart([&] { ++restarts; });
     {
-        ScriptedPrompter prompts;
-        prompts.expectMessage(LoadText(133));
+        ScriptedPrompter prompts; // the conversion speaks for itself
         f.ui->refresh();
     }
-    SetProgramEnd(former);
-    EXPECT_EQ(ends, 1);
+    SetConversionRestart(former);
+    EXPECT_EQ(restarts, 1);
+    EXPECT_EQ(f.list(0).node("L001"), nullptr);
+}
+
+// A catalogue code given twice, and an activated catalogue that has no node (no code at all),
+// are reported in their procedures' boxes; the other catalogues are built and ticked.
+TEST(Trees, DuplicateOrMissingCatalogueNodesAreReported) {
+    const QDate older = Past.addDays(-1);
+    ListFixture f({}, {{"ABC", "Alpha"},
+                       {"ABC", "Alpha again"},
+                       {"", "No code", true, Past, older},
+                       {"XY", "Xray", true, Past, older}});
+    {
+        ScriptedPrompter prompts;
+        prompts.expectMessage("ErrSetupCat: 35602\nKey is not unique in collection\n" +
+                              App().ContactLine);
+        prompts.expectMessage("errCatalist:35601\nElement not found\n" + App().ContactLine);
+        f.ui->refresh();
+    }
+    EXPECT_EQ(f.keys(f.cat(0)), (QStringList{"CABC", "C XY"}));
+    EXPECT_EQ(f.state.CheckedCatCount, 1);
+    EXPECT_TRUE(KeyedTree::isChecked(f.cat(0).node("C XY")));
+}
+
+// The headings are padded as the node texts are and drawn in the trees' fixed-pitch font, from
+// where the node texts start: each heading stands over its column, in both languages.
+TEST(Trees, ColumnHeadingsStandOverTheColumnsOfTheNodes) {
+    ListFixture f(dateCases(), catalogues());
+    f.ui->refresh();
+    QLabel* heading = f.listPane->lblTvw;
+    KeyedTree& tree = f.list(0);
+    EXPECT_EQ(heading->font(), tree.font());
+    EXPECT_TRUE(QFontInfo(heading->font()).fixedPitch());
+    const QString node = tree.node("L001")->text(0); // B STK NULL, BOS, MATB
+    for (int nation : {1000, 2000}) {
+        App().Settings.Nation = nation;
+        f.listPane->label();
+        EXPECT_EQ(heading->text().indexOf("Code"), node.indexOf("BOS")) << nation;
+        EXPECT_EQ(heading->text().indexOf(LoadText(63)), node.indexOf("MATB")) << nation;
+    }
+    App().Settings.Nation = 1000;
+
+    const auto headingLeft = [&] { return heading->mapTo(f.listPane, QPoint(0, 0)).x(); };
+    const auto nodeTextLeft = [&] {
+        return tree.mapTo(f.listPane, QPoint(tree.textLeft(), 0)).x();
+    };
+    const QRect box = tree.checkBoxRect(tree.node("L001"));
+    EXPECT_GT(nodeTextLeft(), tree.viewport()->mapTo(f.listPane, box.topRight()).x());
+    EXPECT_EQ(headingLeft(), nodeTextLeft());
+    tree.resize(150, tree.height()); // narrow: the tree scrolls sideways, the heading with it
+    tree.horizontalScrollBar()->setValue(20);
+    EXPECT_EQ(headingLeft(), nodeTextLeft());
 }

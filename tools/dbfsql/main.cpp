@@ -2,6 +2,7 @@
 // own engine. A SELECT prints its rows as tab-separated text under a line of field names (Null
 // as an empty field); other statements print what they changed. For dealer support and tests.
 #include "rowtext.h"
+#include "standardoptions.h"
 
 #include "dbase/dberror.h"
 #include "dbase/recordset.h"
@@ -12,6 +13,13 @@
 #include <QTextStream>
 
 namespace {
+
+constexpr const char* Help =
+    "usage: dbfsql DIR \"STATEMENT\"\n"
+    "Runs one statement on the dBASE tables of DIR through the program's own engine. A SELECT\n"
+    "prints its rows as tab-separated text under a line of field names (Null as an empty\n"
+    "field); other statements print what they changed.\n"
+    "Exit status: 0 done, 1 the statement failed, 2 bad arguments.\n";
 
 bool returnsRows(const QString& sql) {
     if (!Sql::isStatement(sql))
@@ -49,6 +57,8 @@ QString changeText(const QString& sql, qint64 rows) {
 int main(int argc, char** argv) {
     QCoreApplication app(argc, argv);
     const QStringList args = app.arguments();
+    if (const std::optional<int> answered = AnswerStandardOptions(args.mid(1), "dbfsql", Help))
+        return *answered;
     QTextStream out(stdout);
     QTextStream err(stderr);
     if (args.size() != 3) {

@@ -155,6 +155,15 @@ QString newerProgramVersion() {
     return QStringLiteral("%1.%2.%3").arg(v.major).arg(v.minor).arg(v.revision + 1);
 }
 
+// The demo updater, signed with the demo key when the program was built: the demo and test
+// builds accept it, and when started it only leaves a line in UPDATE.LOG beside itself.
+QByteArray signedDemoUpdater() {
+    QFile updater(QStringLiteral(":/demo/UPDATE.EXE"));
+    if (!updater.open(QIODevice::ReadOnly))
+        throw std::runtime_error("the signed demo updater is missing from demo-install");
+    return updater.readAll();
+}
+
 } // namespace
 
 void writeDemoContent(const QString& contentDir, const QString& root, const QDate& today) {
@@ -171,9 +180,7 @@ void writeDemoContent(const QString& contentDir, const QString& root, const QDat
     writeFile(contentDir + QStringLiteral("/NVBATI.DAT"),
               "Norvale Systems - serveur de demonstration\r\n" +
                   today.toString(Qt::ISODate).toLatin1() + "\r\n");
-    writeFile(contentDir + QStringLiteral("/UPDATE.EXE"),
-              "Mercantel " + program.toLatin1() +
-                  " (programme de mise a jour de demonstration)\r\n");
+    writeFile(contentDir + QStringLiteral("/UPDATE.EXE"), signedDemoUpdater());
 
     Connection connection;
     connection.open(data);

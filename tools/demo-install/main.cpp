@@ -10,6 +10,7 @@
 #include "demoprograms.h"
 #include "demostock.h"
 #include "demotables.h"
+#include "standardoptions.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -17,6 +18,15 @@
 #include <exception>
 
 namespace {
+
+constexpr const char* Help =
+    "usage: demo-install DIR [--english] [--register] [--content CONTENT] [--server-port PORT]\n"
+    "Builds a complete demo installation of the dealer's programs and tables under DIR.\n"
+    "  --register          point this user's settings at it\n"
+    "  --english           with --register: the settings choose English\n"
+    "  --content CONTENT   write the demo update server's content for it into CONTENT\n"
+    "  --server-port PORT  with --register: the update server at 127.0.0.1:PORT (1 to 32767)\n"
+    "Exit status: 0 done, 1 the installation could not be written, 2 bad arguments.\n";
 
 struct Options {
     QString root;
@@ -63,7 +73,7 @@ bool parse(QStringList args, Options& options) {
         const int port = options.serverPort.toInt(&ok);
         bad = bad || !ok || port <= 0 || port > 32767;
     }
-    if (bad || args.size() != 1)
+    if (bad || args.size() != 1 || args[0].startsWith(u'-'))
         return false;
     options.root = QDir(args[0]).absolutePath();
     return true;
@@ -73,10 +83,12 @@ bool parse(QStringList args, Options& options) {
 
 int main(int argc, char** argv) {
     QCoreApplication app(argc, argv);
+    const QStringList arguments = QCoreApplication::arguments().mid(1);
+    if (const std::optional<int> answered = AnswerStandardOptions(arguments, "demo-install", Help))
+        return *answered;
     Options options;
-    if (!parse(QCoreApplication::arguments().mid(1), options)) {
-        QTextStream(stderr) << "usage: demo-install DIR [--english] [--register] [--content "
-                               "CONTENT] [--server-port PORT (1 to 32767)]\n";
+    if (!parse(arguments, options) || options.root.isEmpty()) {
+        QTextStream(stderr) << Help;
         return 2;
     }
     try {

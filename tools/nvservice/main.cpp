@@ -5,7 +5,8 @@
 // position of the list or catalogue. The program lives in the data directory of the
 // installation it serves.
 //
-// Operations: "0" (start-up check) and "2" to "4" succeed at once. "5" and "9" install a
+// Operations: "0" (start-up check) and "4" succeed at once. "2" and "3" renumber and delete
+// parts (partsops.h). "5" and "9" install a
 // downloaded price list or catalogue, "8" the index archive, "6" and "7" the Partdex and
 // Ledgermaker packages (what the archives hold: serviceoperations.h).
 //
@@ -17,6 +18,7 @@
 // NVSERVICE_DELAY_MS, when set, makes every call take that many milliseconds before it logs
 // and works (to watch the desktop program wait, in tests and in the demo).
 #include "arjarchive.h"
+#include "partsops.h"
 #include "serviceoperations.h"
 
 #include "dbase/dberror.h"
@@ -75,6 +77,8 @@ void runOperation(const QStringList& arguments) {
         ServiceOperations::installPartdex(install);
     else if (op == u"7")
         ServiceOperations::installLedgermaker(install);
+    else if (IsPartsOperation(op) && !RunPartsOperation(op, install.prgPath))
+        throw ServiceFailure("the parts file could not be written");
 }
 
 } // namespace

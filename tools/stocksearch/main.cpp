@@ -3,8 +3,8 @@
 // same number and line count; on failure prints message 1079 on standard error and exits 1.
 #include "app/appstate.h"
 #include "app/messages.h"
-#include "app/version.h"
 #include "partsfile/partsearch.h"
+#include "standardoptions.h"
 
 #include <QCoreApplication>
 #include <QFileInfo>
@@ -45,16 +45,10 @@ bool isLineCount(const QString& text) {
 int main(int argc, char** argv) {
     QCoreApplication application(argc, argv);
     QStringList arguments = QCoreApplication::arguments().mid(1);
-    if (arguments.contains(QStringLiteral("--help"))) {
-        std::fputs(Usage, stdout);
-        std::fputs(Help, stdout);
-        return 0;
-    }
-    if (arguments.contains(QStringLiteral("--version"))) {
-        const ProgramVersion v = CurrentVersion();
-        std::printf("stocksearch %d.%d.%d\n", v.major, v.minor, v.revision);
-        return 0;
-    }
+    const QByteArray help = QByteArray(Usage) + Help;
+    if (const std::optional<int> answered =
+            AnswerStandardOptions(arguments, "stocksearch", help.constData()))
+        return *answered;
     const bool english = arguments.removeAll(QStringLiteral("--english")) > 0;
     if (arguments.size() < 2 || arguments.size() > 3)
         return badArguments(QStringLiteral("a folder and a part number are needed"));

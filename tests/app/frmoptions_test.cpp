@@ -1,0 +1,203 @@
+#include "app/appstate.h"
+#include "app/frmoptions.h"
+#include "app/hiddenstrings.h"
+#include "scriptedprompter.h"
+#include "tempinstall.h"
+
+#include <QApplication>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QTest>
+#include <gtest/gtest.h>
+
+namespace {
+
+const QString InvalidDirectoryFr = QStringLiteral("Répertoire invalide.");
+
+class OptionsTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        ResetAppState();
+        AppState& app = App();
+        app.Settings.Nation = 1000;
+        app.Settings.IP = QStringLiteral("maj.concession.example");
+        app.Settings.Port = 2101;
+        app.Settings.Selection = 1;
+        app.Settings.Format = 0;
+        app.DataPath = install.dir(QStringLiteral("NVNV"));
+        install.write(app.DataPath + HiddenString(17));
+        // A second data directory the dealer may move to.
+        other.write(other.dir(QStringLiteral("NVNV")) + HiddenString(17));
+    }
+    void TearDown() override { ResetAppState(); }
+
+    // Shows the dialog as the dealer sees it, active, with the focus in the directory box.
+    void showWithFocusInDirectory(frmOptions& dialog) {
+        dialog.show();
+        QApplication::setActiveWindow(&dialog);
+        ASSERT_TRUE(QTest::qWaitForWindowActive(&dialog));
+        dialog.txtRepTravail->setFocus(Qt::MouseFocusReason);
+        ASSERT_EQ(QApplication::focusWidget(), dialog.txtRepTravail);
+    }
+
+    TempInstall install;
+    TempInstall other;
+};
+
+TEST_F(OptionsTest, ShowsTheSettingsAndAppliesEveryBoxOnOk) {
+    App().Settings.Port = static_cast<qint16>(40000); // kept under its 16-bit pattern
+    frmOptions dialog;
+    EXPECT_EQ(dialog.cmbLangue->count(), 2);
+    EXPECT_EQ(dialog.cmbLangue->itemText(0), QStringLiteral("Français"));
+    EXPECT_EQ(dialog.cmbLangue->currentIndex(), 0);
+    EXPECT_EQ(dialog.txtRepTravail->text(), App().DataPath);
+    EXPECT_EQ(dialog.txtIP->text(), QStringLiteral("maj.concession.example"));
+    EXPECT_EQ(dialog.txtPort->text(), QStringLiteral("40000"));
+    EXPECT_TRUE(dialog.chkSelection->isChecked());
+    EXPECT_FALSE(dialog.chkSauve->isChecked());
+
+    dialog.cmbLangue->setCurrentIndex(1);
+    // Typed without its final separator: kept with it, so that names can be appended.
+    const QString otherData = other.dir(QStringLiteral("NVNV"));
+    dialog.txtRepTravail->setText(otherData.chopped(1));
+    dialog.chkSelection->setChecked(false);
+    dialog.chkSauve->setChecked(true);
+    dialog.txtIP->setText(QStringLiteral(" 10.0.0.7 "));
+    dialog.txtPort->setText(QStringLiteral("65535"));
+    dialog.cmdOKClick();
+
+    const AppState& app = App();
+    EXPECT_EQ(dialog.result(), QDialog::Accepted);
+    EXPECT_EQ(app.Settings.Nation, 2000);
+    EXPECT_EQ(app.DataPath, otherData);
+    EXPECT_EQ(app.Settings.Selection, 0);
+    EXPECT_EQ(app.Settings.Format, 1);
+    EXPECT_EQ(app.Settings.IP, QStringLiteral("10.0.0.7"));
+    EXPECT_EQ(static_cast<quint16>(app.Settings.Port), 65535);
+}
+
+TEST_F(OptionsTest, EnglishChosenTheNextBoxSpeaksEnglish) {
+    {
+        frmOptions dialog;
+        dialog.cmbLangue->setCurrentIndex(1);
+        dialog.cmdOKClick();
+    }
+    frmOptions again;
+    EXPECT_EQ(again.cmbLangue->currentIndex(), 1);
+    EXPECT_EQ(again.chkSauve->text(), QStringLiteral("Save layout when quitting"));
+    again.txtRepTravail->setText(QStringLiteral("/nowhere/NVNV/"));
+    ScriptedPrompter prompts;
+    prompts.expectMessage(QStringLiteral("Invalid index."));
+    again.cmdOKClick();
+    EXPECT_TRUE(prompts.done());
+}
+
+TEST_F(OptionsTest, DefaultThenCancelChangesNothing) {
+    frmOptions dialog;
+    dialog.cmdDefaultClick();
+    EXPECT_EQ(dialog.txtIP->text(), QStringLiteral("maj.norvale.example"));
+    EXPECT_EQ(dialog.txtPort->text(), QStringLiteral("2001"));
+    dialog.cmbLangue->setCurrentIndex(1);
+    dialog.chkSauve->setChecked(true);
+    dialog.cmdCancelClick();
+
+    const AppState& app = App();
+    EXPECT_EQ(dialog.result(), QDialog::Rejected);
+    EXPECT_EQ(app.Settings.IP, QStringLiteral("maj.concession.example"));
+    EXPECT_EQ(app.Settings.Port, 2101);
+    EXPECT_EQ(app.Settings.Nation, 1000);
+    EXPECT_EQ(app.Settings.Format, 0);
+
+    frmOptions applied;
+    applied.cmdDefaultClick();
+    applied.cmdOKClick();
+    EXPECT_EQ(app.Settings.IP, QStringLiteral("maj.norvale.example"));
+    EXPECT_EQ(app.Settings.Port, 2001);
+}
+
+TEST_F(OptionsTest, AWrongPortOrNoHostIsRefusedAndNothingIsSaved) {
+    const QString portMessage = QStringLiteral("Port invalide. Inscrivez un nombre de 1 à 65535.");
+    for (const QString& typed :
+         {QStringLiteral("0"), QStringLiteral("65536"), QStringLiteral("20x1")}) {
+        frmOptions dialog;
+        showWithFocusInDirectory(dialog);
+        dialog.cmbLangue->setCurrentIndex(1);
+        dialog.txtPort->setText(typed);
+        ScriptedPrompter prompts;
+        prompts.expectMessage(portMessage);
+        dialog.cmdOKClick();
+        EXPECT_TRUE(dialog.isVisible()) << typed.toStdString();
+        EXPECT_EQ(QApplication::focusWidget(), dialog.txtPort);
+    }
+    {
+        frmOptions dialog;
+        showWithFocusInDirectory(dialog);
+        dialog.txtIP->setText(QStringLiteral("   "));
+        ScriptedPrompter prompts;
+        prompts.expectMessage(QStringLiteral("Inscrivez l'adresse du serveur de mise à jour."));
+        dialog.cmdOKClick();
+        EXPECT_TRUE(dialog.isVisible());
+        EXPECT_EQ(QApplication::focusWidget(), dialog.txtIP);
+    }
+    EXPECT_EQ(App().Settings.Nation, 1000);
+    EXPECT_EQ(App().Settings.Port, 2101);
+    EXPECT_EQ(App().Settings.IP, QStringLiteral("maj.concession.example"));
+}
+
+// The directory is checked as the focus really moves: by Tab, by a click on another box, by a
+// click on OK (press and release arriving together), by Enter. Each time the message comes
+// once and the focus is back in the box; Cancel leaves without a word.
+TEST_F(OptionsTest, AWrongDirectoryKeepsTheFocusUntilCorrectedOrCancelled) {
+    frmOptions dialog;
+    showWithFocusInDirectory(dialog);
+    dialog.txtRepTravail->setText(install.dir(QStringLiteral("NVGL")));
+    ScriptedPrompter prompts;
+
+    prompts.expectMessage(InvalidDirectoryFr);
+    QTest::keyClick(dialog.txtRepTravail, Qt::Key_Tab);
+    QApplication::processEvents();
+    EXPECT_TRUE(prompts.done());
+    EXPECT_EQ(QApplication::focusWidget(), dialog.txtRepTravail);
+
+    prompts.expectMessage(InvalidDirectoryFr);
+    QTest::mousePress(dialog.txtIP, Qt::LeftButton);
+    QApplication::processEvents();
+    QTest::mouseRelease(dialog.txtIP, Qt::LeftButton);
+    EXPECT_TRUE(prompts.done());
+    EXPECT_EQ(QApplication::focusWidget(), dialog.txtRepTravail);
+
+    prompts.expectMessage(InvalidDirectoryFr);
+    QTest::mouseClick(dialog.cmdOK, Qt::LeftButton);
+    QApplication::processEvents();
+    EXPECT_TRUE(prompts.done());
+    EXPECT_TRUE(dialog.isVisible());
+    EXPECT_EQ(QApplication::focusWidget(), dialog.txtRepTravail);
+
+    prompts.expectMessage(InvalidDirectoryFr);
+    QTest::keyClick(dialog.txtRepTravail, Qt::Key_Return);
+    QApplication::processEvents();
+    EXPECT_TRUE(prompts.done());
+    EXPECT_TRUE(dialog.isVisible());
+    EXPECT_EQ(App().DataPath, install.dir(QStringLiteral("NVNV")));
+
+    // Corrected: the focus moves on freely.
+    dialog.txtRepTravail->setText(other.dir(QStringLiteral("NVNV")));
+    QTest::keyClick(dialog.txtRepTravail, Qt::Key_Tab);
+    QApplication::processEvents();
+    EXPECT_NE(QApplication::focusWidget(), dialog.txtRepTravail);
+
+    // Wrong again, then Cancel: no message, nothing applied.
+    dialog.txtRepTravail->setFocus(Qt::MouseFocusReason);
+    dialog.txtRepTravail->setText(QStringLiteral("/nowhere/"));
+    QTest::mousePress(dialog.cmdCancel, Qt::LeftButton);
+    QApplication::processEvents();
+    QTest::mouseRelease(dialog.cmdCancel, Qt::LeftButton);
+    QApplication::processEvents();
+    EXPECT_FALSE(dialog.isVisible());
+    EXPECT_EQ(dialog.result(), QDialog::Rejected);
+    EXPECT_EQ(App().DataPath, install.dir(QStringLiteral("NVNV")));
+}
+
+} // namespace

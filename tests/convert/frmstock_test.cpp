@@ -1,0 +1,217 @@
+// The part-number dialog: the work tables as typed, the refusals, the service program's run, and
+// the parts file as the part search then shows it.
+#include "scriptedprompter.h"
+#include "tempinstall.h"
+
+#include "app/appstate.h"
+#include "app/messages.h"
+#include "app/serviceprogram.h"
+#include "data/moddata.h"
+#include "dbase/recordset.h"
+#include "partsfile/frmstock.h"
+#include "partsfile/modntx.h"
+#include "partsfile/partsearchpane.h"
+#include "stockfixtures/ntxwriter.h"
+#include "stockfixtures/stocktable.h"
+
+#include <QApplication>
+#include <QFile>
+#include <QFileInfo>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QPushButton>
+#include <QTest>
+#include <gmock/gmock.h>
+
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+namespace {
+
+const QStringList StockNumbers = {"ABC", "ABC1", "DEL1", "DEL2", "XYZ"};
+
+class FrmStockTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        ResetAppState();
+        ResetServiceProgramState();
+        App().Settings.Nation = 1000;
+        App().Settings.Instal = 1;
+        App().PrgPath = install.dir("PRG");
+        App().DataPath = install.dir("NVNV");
+        install.installServiceProgram();
+        QFile::copy(install.programDir() + u'/' + install.serviceProgramName(),
+                    App().DataPath + install.serviceProgramName());
+        writeStock();
+        connPrg.open(App().PrgPath);
+    }
+    void TearDown() override {
+        if (connPrg.isOpen())
+            connPrg.close();
+    }
+
+    void writeStock() {
+        StockTableWriter table(App().PrgPath + "STOCK.DBF");
+        std::vector<NtxEntry> entries;
+        for (int i = 0; i < StockNumbers.size(); ++i) {
+            StockPart part;
+            part.number = StockNumbers[i];
+            part.description = QStringLiteral("Part %1").arg(i);
+            table.append(part);
+            entries.push_back({NtxKeyOf(StockNumbers[i]), quint32(i + 1)});
+        }
+        ASSERT_TRUE(table.finish());
+        QFile index(App().PrgPath + "STOCK.NTX");
+        ASSERT_TRUE(index.open(QIODevice::WriteOnly));
+        index.write(BuildNtx(entries).bytes);
+    }
+
+    // The rows of a work table, "ORI|NEW" as stored (Null as empty).
+    QStringList workRows(const QString& table) {
+        Recordset rs;
+        rs.open(table, connPrg, CursorType::Static, LockType::ReadOnly);
+        QStringList rows;
+        for (; !rs.eof(); rs.moveNext()) {
+            QStringList cells;
+            for (int i = 0; i < rs.fieldCount(); ++i)
+                cells << rs.value(i).toString();
+            rows << cells.join(u'|');
+        }
+        return rows;
+    }
+    // The service program's runs, by their arguments.
+    QStringList serviceRuns() const {
+        QFile log(App().DataPath + QFileInfo(install.serviceProgramName()).completeBaseName() +
+                  ".LOG");
+        if (!log.open(QIODevice::ReadOnly | QIODevice::Text))
+            return {};
+        QStringList runs;
+        for (const QByteArray& line : log.readAll().split('\n'))
+            if (!line.isEmpty())
+                runs << QString::fromUtf8(line.mid(line.indexOf('\t') + 1));
+        return runs;
+    }
+    // The part numbers the search lists for a text (after the heading).
+    static QStringList found(const QString& text) {
+        QStringList numbers;
+        qint32 lines = 50;
+        modNTX::SearchStockIn(App().PrgPath, text, lines, [&numbers](const QString& line) {
+            numbers << line.left(15).trimmed();
+        });
+        numbers.removeFirst();
+        return numbers;
+    }
+    void type(frmStock& dialog, const QStringList& ori, const QStringList& nouv = {}) {
+        for (int i = 0; i < frmStock::RowCount; ++i) {
+            dialog.txtOri[i]->setText(ori.value(i));
+            dialog.txtNouv[i]->setText(nouv.value(i));
+        }
+    }
+
+    TempInstall install;
+};
+
+} // namespace
+
+TEST_F(FrmStockTest, TheReplacementWritesTheRowsAsTypedAndRefusesTheSameSequence) {
+    frmStock dialog(nullptr);
+    type(dialog, {"ABC", "  DEL1", " XYZ", "DEL2"}, {"ABC1", "DEL1B", "XABC", ""});
+    ScriptedPrompter prompts;
+    prompts.expectMessage(LoadText(99) + " ABC").expectMessage(LoadText(99) + "   DEL1");
+    dialog.cmdRemplaceClick();
+    // Blanks typed before a number are kept; an empty new number is written empty.
+    EXPECT_THAT(workRows("MEREMPLA"), ElementsAre(" XYZ|XABC", "DEL2|"));
+    EXPECT_THAT(serviceRuns(), ElementsAre("2 1"));
+    EXPECT_FALSE(dialog.cmdRemplace->isEnabled());
+    EXPECT_FALSE(dialog.cmdEfface->isEnabled());
+    EXPECT_EQ(dialog.txtOri[0]->text(), "ABC"); // the fields keep their texts
+}
+
+TEST_F(FrmStockTest, ARenumberedPartIsFoundUnderItsNewNumber) {
+    // A search that has the files open while the service program works reads the old pair.
+    QFile index(App().PrgPath + "STOCK.NTX");
+    QFile table(App().PrgPath + "STOCK.DBF");
+    ASSERT_TRUE(index.open(QIODevice::ReadOnly) && table.open(QIODevice::ReadOnly));
+
+    frmStock dialog(nullptr);
+    type(dialog, {"", "ABC"}, {"", "QRS9"});
+    ScriptedPrompter nothingAsked;
+    dialog.cmdRemplaceClick();
+    EXPECT_THAT(found("QRS"), ElementsAre("QRS9"));
+    EXPECT_THAT(found("ABC"), ElementsAre("ABC1"));
+
+    QStringList meanwhile;
+    qint32 lines = 50;
+    EXPECT_TRUE(modNTX::ScanStock(index, table, "ABC", lines, [&meanwhile](const QString& line) {
+                    meanwhile << line.left(15).trimmed();
+                }).ok());
+    EXPECT_THAT(meanwhile.mid(1), ElementsAre("ABC", "ABC1"));
+}
+
+TEST_F(FrmStockTest, TheDeletionRemovesThePartsAndSaysDone) {
+    frmStock dialog(nullptr);
+    type(dialog, {"DEL1", "", "DEL2", "  "}, {"IGNORED"});
+    ScriptedPrompter prompts;
+    prompts.expectMessage(LoadText(117));
+    dialog.cmdEffaceClick();
+    EXPECT_THAT(workRows("MEEFFACE"), ElementsAre("DEL1", "DEL2"));
+    EXPECT_THAT(serviceRuns(), ElementsAre("3 1"));
+    EXPECT_THAT(found("DEL"), IsEmpty());
+    EXPECT_THAT(found(""), ElementsAre("ABC", "ABC1", "XYZ"));
+    EXPECT_FALSE(dialog.cmdEfface->isEnabled());
+}
+
+TEST_F(FrmStockTest, FourBlankNumbersStillRunTheServiceProgram) {
+    QFile old(App().PrgPath + "MEEFFACE.DBF");
+    ASSERT_TRUE(old.open(QIODevice::WriteOnly)); // a leftover of another run goes first
+    old.close();
+    frmStock dialog(nullptr);
+    ScriptedPrompter prompts;
+    prompts.expectMessage(LoadText(117));
+    dialog.cmdEffaceClick();
+    EXPECT_THAT(workRows("MEEFFACE"), IsEmpty());
+    EXPECT_THAT(serviceRuns(), ElementsAre("3 1"));
+}
+
+TEST_F(FrmStockTest, AWorkTableFailureIsReportedAndTheButtonsComeBack) {
+    connPrg.close();
+    frmStock dialog(nullptr);
+    type(dialog, {"ABC"}, {"XYZ9"});
+    ScriptedPrompter prompts;
+    prompts.expectMessageMatching(QStringLiteral("^errStock: 3704\r\n"));
+    dialog.cmdRemplaceClick();
+    EXPECT_THAT(serviceRuns(), IsEmpty());
+    EXPECT_TRUE(dialog.cmdRemplace->isEnabled());
+    EXPECT_TRUE(dialog.cmdEfface->isEnabled());
+}
+
+TEST_F(FrmStockTest, LeavingACurrentNumberListsItsPartsInTheMainWindow) {
+    PartSearchPane parts;
+    parts.txtMax->setText("1");
+    parts.lstPieces->addItem("an earlier search");
+    frmStock dialog(&parts);
+    dialog.txtOri[2]->setText("   ");
+    dialog.txtOriLostFocus(2); // a blank number searches nothing
+    EXPECT_EQ(parts.lstPieces->count(), 1);
+    dialog.txtOri[2]->setText("DEL");
+    dialog.txtOriLostFocus(2);
+    ASSERT_EQ(parts.lstPieces->count(), 2); // the heading and one line, as txtMax says
+    EXPECT_EQ(parts.lstPieces->item(0)->text(), modNTX::StockHeading());
+    EXPECT_TRUE(parts.lstPieces->item(1)->text().startsWith("DEL1"));
+}
+
+TEST_F(FrmStockTest, TypedLettersAreCapitalsAndEnterMovesOn) {
+    frmStock dialog(nullptr);
+    dialog.show();
+    QApplication::setActiveWindow(&dialog);
+    dialog.txtOri[0]->setFocus();
+    QTest::keyClicks(dialog.txtOri[0], "ab-c1");
+    EXPECT_EQ(dialog.txtOri[0]->text(), "AB-C1");
+    QTest::keyClick(dialog.txtOri[0], Qt::Key_Return);
+    EXPECT_TRUE(dialog.txtNouv[0]->hasFocus());
+    EXPECT_EQ(dialog.txtOri[0]->text(), "AB-C1");
+    dialog.txtNouv[3]->setFocus();
+    QTest::keyClick(dialog.txtNouv[3], Qt::Key_Enter);
+    EXPECT_TRUE(dialog.cmdRemplace->hasFocus());
+    EXPECT_EQ(dialog.windowTitle(), LoadText(106));
+}
