@@ -2,8 +2,11 @@
 
 #include "app/messages.h"
 
+#include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QStyleOptionFocusRect>
+#include <QStylePainter>
 
 namespace {
 
@@ -30,7 +33,9 @@ QPixmap buttonPicture(const QString& glyph, const QColor& colour) {
 
 } // namespace
 
-MenuPicture::MenuPicture(int index, QWidget* parent) : QLabel(parent), index(index) {}
+MenuPicture::MenuPicture(int index, QWidget* parent) : QLabel(parent), index(index) {
+    setFocusPolicy(Qt::TabFocus);
+}
 
 void MenuPicture::mousePressEvent(QMouseEvent* event) {
     if (event->button() != Qt::LeftButton)
@@ -41,12 +46,37 @@ void MenuPicture::mousePressEvent(QMouseEvent* event) {
 }
 
 void MenuPicture::mouseReleaseEvent(QMouseEvent* event) {
-    if (event->button() != Qt::LeftButton || !pressed_)
-        return;
+    if (event->button() == Qt::LeftButton && pressed_)
+        release();
+}
+
+void MenuPicture::release() {
     pressed_ = false;
     CommandStrip::setBorderStyle(this, 0);
     if (onRelease)
         onRelease(index);
+}
+
+void MenuPicture::keyPressEvent(QKeyEvent* event) {
+    const int key = event->key();
+    if (key != Qt::Key_Space && key != Qt::Key_Return && key != Qt::Key_Enter) {
+        QLabel::keyPressEvent(event);
+        return;
+    }
+    pressed_ = !onPress || onPress(index);
+    if (pressed_)
+        release();
+}
+
+void MenuPicture::paintEvent(QPaintEvent* event) {
+    QLabel::paintEvent(event);
+    if (!hasFocus())
+        return;
+    QStylePainter painter(this);
+    QStyleOptionFocusRect option;
+    option.initFrom(this);
+    option.rect = rect().adjusted(1, 1, -1, -1);
+    painter.drawPrimitive(QStyle::PE_FrameFocusRect, option);
 }
 
 CommandStrip::CommandStrip(QWidget* parent) : QWidget(parent) {
@@ -69,6 +99,10 @@ CommandStrip::CommandStrip(QWidget* parent) : QWidget(parent) {
         lblMenu[i]->setAlignment(Qt::AlignCenter);
         lblMenu[i]->setObjectName(QStringLiteral("lblMenu%1").arg(i));
     }
+    // The keyboard goes through the buttons in the order the strip shows them.
+    const int tabOrder[7] = {0, 1, 4, 2, 3, 5, 6};
+    for (int k = 1; k < 7; ++k)
+        setTabOrder(picMenu[tabOrder[k - 1]], picMenu[tabOrder[k]]);
     // Activer and Dissocier appear only on their own tab and node.
     picMenu[1]->hide();
     picMenu[6]->hide();

@@ -4,7 +4,8 @@
 #include <array>
 #include <functional>
 
-// A picture button of the command strip: drawn pressed between mouse-down and mouse-up.
+// A picture button of the command strip: drawn pressed between mouse-down and mouse-up. The
+// keyboard reaches it with Tab; the space bar or Enter presses and releases it.
 class MenuPicture : public QLabel {
     Q_OBJECT
 public:
@@ -17,8 +18,11 @@ public:
 protected:
     void mousePressEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
 
 private:
+    void release();
     bool pressed_ = false;
 };
 

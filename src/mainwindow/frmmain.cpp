@@ -14,10 +14,13 @@
 #include "partsfile/frmstock.h"
 #include "partsfile/modnvconvert.h"
 #include "partsfile/partsearchpane.h"
+#include "pricelists/activation.h"
+#include "pricelists/association.h"
 #include "pricelists/configpane.h"
 #include "pricelists/explistrules.h"
 #include "pricelists/pricelistsui.h"
 #include "pricelists/runguarded.h"
+#include "pricelists/selectbyname.h"
 #include "pricelists/treepanes.h"
 #include "pricelists/treerules.h"
 
@@ -40,13 +43,13 @@ const int PartsTab = 3; // the "Pièces" tab of tbsInfo
 
 // The command strip's buttons, by their index in picMenu.
 enum Command {
-    SelectByName = 0,
-    Activate,
+    SelectCommand = 0,
+    ActivateCommand,
     ChangePartNumbers,
     Options,
-    Deactivate,
-    Associate,
-    Dissociate
+    DeactivateCommand,
+    AssociateCommand,
+    DissociateCommand
 };
 // A failure during the load: the box gives the number and the description on one line.
 const ErrorHandler LoadErrors{QStringLiteral("ErrForm: "), QStringLiteral(" "),
@@ -113,6 +116,13 @@ void frmMain::composePriceLists() {
     connect(priceLists, &PriceListsUi::listTabShown, Picture1, &CommandStrip::showListTab);
     connect(priceLists, &PriceListsUi::catalogueNodeChosen, Picture1,
             &CommandStrip::showCatalogueChoice);
+    listCommands.emplace(
+        ListCommandContext{*priceLists,
+                           listState,
+                           *listPane,
+                           *catPane,
+                           {rsPrixList, rsCataList, &rsPrixCodes, &ConfigBinding()},
+                           this});
 }
 
 // ---- The download session: the Download tab's view, and what it needs of the window ----
@@ -159,8 +169,17 @@ void frmMain::releaseCommand(int index) {
     focusListTree();
 }
 
+// The action of each button of the strip.
 void frmMain::runCommand(int index) {
     switch (index) {
+    case SelectCommand:
+        downloadPage->picFrame->setVisible(false);
+        SelectByName(*listCommands);
+        downloadPage->picFrame->setVisible(true);
+        break;
+    case ActivateCommand:
+        MPActivate(*listCommands);
+        break;
     case ChangePartNumbers: {
         tbsInfo->setCurrentIndex(PartsTab);
         frmStock dialog(partSearchPane, this);
@@ -172,6 +191,13 @@ void frmMain::runCommand(int index) {
         dialog.exec();
         break;
     }
+    case DeactivateCommand:
+        MPDesactivate(*listCommands);
+        break;
+    case AssociateCommand:
+    case DissociateCommand:
+        AssociationCommand(*listCommands);
+        break;
     default:
         break;
     }

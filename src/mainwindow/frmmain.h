@@ -2,12 +2,14 @@
 
 #include "app/panelayout.h"
 #include "app/settings.h"
+#include "pricelists/listcommands.h"
 #include "pricelists/pricelistsstate.h"
 
 #include <QWidget>
 #include <array>
 #include <functional>
 #include <memory>
+#include <optional>
 
 class BulletinPage;
 class CatTreePane;
@@ -64,6 +66,8 @@ public:
     PriceListsUi* priceLists = nullptr;
     // The download session and its view on the Download tab.
     std::unique_ptr<DownloadView> downloadView;
+    // What the list commands of the strip (select, activate, associate) work on.
+    std::optional<ListCommandContext> listCommands;
     // The last left-button press on a splitter; none while no drag is under way.
     int LastMouseDownX = 2147483647;
     int LastMouseDownY = 2147483647;
