@@ -1,14 +1,17 @@
 # Shared build settings for the program's own targets.
 
 add_library(mercantel_options INTERFACE)
-target_compile_options(mercantel_options INTERFACE -Wall -Wextra)
+target_compile_options(mercantel_options INTERFACE -Wall -Wextra -Wold-style-cast)
 target_compile_definitions(mercantel_options INTERFACE
-    QT_NO_KEYWORDS _GLIBCXX_ASSERTIONS)
+    QT_NO_KEYWORDS QT_NO_NARROWING_CONVERSIONS_IN_CONNECT QT_USE_QSTRINGBUILDER
+    _GLIBCXX_ASSERTIONS)
 if(MERCANTEL_WERROR)
     target_compile_options(mercantel_options INTERFACE -Werror)
 endif()
 
 if(MERCANTEL_SANITIZE)
+    # The test build: every Q_ASSERT is checked, whatever the build type.
+    target_compile_definitions(mercantel_options INTERFACE QT_FORCE_ASSERTS)
     add_compile_options(-fsanitize=address,undefined -fno-omit-frame-pointer -fno-sanitize-recover=undefined)
     add_link_options(-fsanitize=address,undefined)
 endif()

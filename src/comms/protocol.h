@@ -45,7 +45,7 @@ inline QByteArray tokenOf(const QByteArray& message) {
 
 // An announcement: the token followed by the size in decimal.
 inline QByteArray announcement(const char* token, qint64 size) {
-    return QByteArray(token) + QByteArray::number(size);
+    return QByteArray(token).append(QByteArray::number(size));
 }
 
 // The size an announcement carries: leading blanks skipped, digits read up to the first

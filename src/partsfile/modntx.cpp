@@ -315,7 +315,7 @@ namespace {
 bool openInstallFile(QFile& file, const QString& dir, const QString& name) {
     constexpr auto mode = QIODevice::ReadOnly | QIODevice::Unbuffered;
     const bool separated = dir.isEmpty() || dir.endsWith(u'/') || dir.endsWith(u'\\');
-    file.setFileName(separated ? dir + name : dir + u'/' + name);
+    file.setFileName(separated ? QString(dir + name) : QString(dir + u'/' + name));
     if (file.open(mode))
         return true;
     const QString resolved = ResolveInstallPath(dir, name);

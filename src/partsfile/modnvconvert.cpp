@@ -168,7 +168,7 @@ bool associateLists(Recordset& work, const ListsByCode& lists, const QString& co
         const QString catno = work.value(catnoField).toString();
         if (catno.contains(entry))
             break;
-        work.setValue(catnoField, catno + entry);
+        work.setValue(catnoField, QString(catno + entry));
         work.update();
     }
     return true;

@@ -84,7 +84,7 @@ protected:
         oldState = install.save(QStringLiteral("old"));
         before = install.tables();
         const ProgramRun run = install.convert();
-        ASSERT_EQ(run.status, 0) << (run.out + run.err).constData();
+        ASSERT_EQ(run.status, 0) << QByteArray(run.out + run.err).constData();
         after = install.tables();
         convertedState = install.save(QStringLiteral("converted"));
         install.restore(oldState);
@@ -109,7 +109,7 @@ protected:
     void expectNextRunGives(const Tables& expected, const std::string& when) {
         SCOPED_TRACE(when);
         const ProgramRun run = install.convert();
-        ASSERT_EQ(run.status, 0) << (run.out + run.err).constData();
+        ASSERT_EQ(run.status, 0) << QByteArray(run.out + run.err).constData();
         const Tables now = install.tables();
         EXPECT_EQ(firstDifference(now.prixList, expected.prixList), "");
         EXPECT_EQ(firstDifference(now.usedCodes, expected.usedCodes), "");
@@ -170,7 +170,7 @@ TEST_F(KillTest, AStoppedRebuildLosesNothing) {
         EXPECT_EQ(stopAfter(step, "die", {"--force"}).status, 3) << when;
         expectOneOf({&before, &after, &again}, when);
         const ProgramRun run = install.convert();
-        ASSERT_EQ(run.status, 0) << (run.out + run.err).constData();
+        ASSERT_EQ(run.status, 0) << QByteArray(run.out + run.err).constData();
         expectOneOf({&after, &again}, when);
     }
 }

@@ -111,7 +111,7 @@ void writeTables(const QString& dir) {
         for (const char* ori : {"ABC-100", "XYZ 200"}) {
             rs.addNew();
             rs.setValue("ORI", ori);
-            rs.setValue("NEW", QString::fromLatin1(ori) + "B");
+            rs.setValue("NEW", QString(QString::fromLatin1(ori) + u'B'));
             rs.update();
         }
     }

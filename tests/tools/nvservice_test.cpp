@@ -175,7 +175,7 @@ TEST_F(ServiceJobsTest, ADamagedArchiveFailsWithALogLineAndUnpacksNothing) {
     EXPECT_EQ(strays(prg()), prgBefore);
 
     // The same for the other operations' archives.
-    for (const QString& path : {data() + "NVINFO.ARJ", data() + "PARTVERS.ARJ"}) {
+    for (const QString& path : {QString(data() + "NVINFO.ARJ"), QString(data() + "PARTVERS.ARJ")}) {
         QFile other(path);
         ASSERT_TRUE(other.open(QIODevice::WriteOnly));
         other.write(whole.left(whole.size() - 30));

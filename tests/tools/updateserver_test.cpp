@@ -262,8 +262,9 @@ TEST_F(UpdateServerTest, TheCommandPrintsItsPortServesAndExitsByTheConvention) {
     };
     const ProgramRun help = run({"--help"});
     EXPECT_EQ(help.status, 0);
-    EXPECT_TRUE((help.out + help.err).contains("catalogues/FICHIER/CATA.ARJ"));
-    EXPECT_TRUE((help.out + help.err).contains("--close-after"));
+    const QByteArray said = help.out + help.err;
+    EXPECT_TRUE(said.contains("catalogues/FICHIER/CATA.ARJ"));
+    EXPECT_TRUE(said.contains("--close-after"));
     EXPECT_EQ(run({}).status, 2);
     EXPECT_EQ(run({content.filePath("missing")}).status, 2);
     EXPECT_EQ(run({content.path(), "--close-after", "many"}).status, 2);

@@ -89,7 +89,7 @@ std::vector<QString> uniqueNumbers(const StockGeneration& generation, const Rand
         for (qsizetype i = 0; i < missing + missing / 16 + 16; ++i) {
             const QString prefix =
                 prefixCount == 0 ? QString() : generation.prefixes[int(rng() % prefixCount)];
-            numbers.push_back((prefix + numberBody(rng)).left(15));
+            numbers.push_back(QString(prefix + numberBody(rng)).left(15));
         }
         std::sort(numbers.begin(), numbers.end());
         numbers.erase(std::unique(numbers.begin(), numbers.end()), numbers.end());
