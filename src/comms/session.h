@@ -26,6 +26,7 @@ class QIODevice;
 class ProgramUpdater;
 class SessionView;
 struct DownloadChoice;
+enum class SignedUpdateReason;
 
 class DownloadSession : public QObject {
     Q_OBJECT
@@ -143,6 +144,7 @@ private:
     QString ownVersion() const;
     bool offerProgramUpdate();
     bool updateProgram();
+    void refuseUpdater(SignedUpdateReason reason);
     void markCompanions();
     void runPlan();
 

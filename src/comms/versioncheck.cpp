@@ -11,6 +11,7 @@
 #include "comms/session.h"
 #include "comms/sessiontext.h"
 #include "comms/sessionview.h"
+#include "comms/signedupdate.h"
 #include "data/moddata.h"
 #include "dbase/dberror.h"
 
@@ -103,14 +104,20 @@ bool DownloadSession::offerProgramUpdate() {
 
 // Receives the updater and hands over to it; true when the program ends. An updater that
 // did not arrive whole is not started: the report says so and the session closes as usual.
+// Anyone between the dealer and the server could answer the request, so only an updater the
+// maker has signed is started; any other is deleted and refused with a message.
 bool DownloadSession::updateProgram() {
     const QString path = programUpdatePath();
     FileOp(QStringLiteral("DELETE"), path);
     Download(QStringLiteral("UPD"));
     const bool whole = ExpectedSize > 0 && QFileInfo(path).size() == qint64(ExpectedSize);
     if (!whole) {
-        report(QStringLiteral("> ") + QFileInfo(path).fileName() + u' ' + LoadText(51));
-        view_.itemDone(QFileInfo(path).fileName(), false);
+        reportItem(QFileInfo(path).fileName(), false);
+        return false;
+    }
+    if (const SignedUpdateCheck check = PrepareReceivedUpdater(path, CompiledUpdateKeys());
+        !check.ok()) {
+        refuseUpdater(check.reason);
         return false;
     }
     App().QuitWithoutAsking = true;
@@ -122,6 +129,12 @@ bool DownloadSession::updateProgram() {
     }
     updater_->endProgram();
     return true;
+}
+
+void DownloadSession::refuseUpdater(SignedUpdateReason reason) {
+    report(QStringLiteral(": ") + SignedUpdateReportText(reason));
+    view_.itemDone(QFileInfo(programUpdatePath()).fileName(), false);
+    MsgBox(SignedUpdateRefusalMessage(reason), Buttons::Ok, Icon::Critical);
 }
 
 void DownloadSession::markCompanions() {

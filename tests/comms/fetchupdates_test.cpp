@@ -2,6 +2,7 @@
 // progress on standard error, and its exit statuses.
 #include "app/appstate.h"
 #include "app/messages.h"
+#include "comms/signedupdate.h"
 #include "sessionfixture.h"
 
 #include <QFile>
@@ -24,6 +25,9 @@ protected:
         arguments.prepend(install.drive());
         arguments << QStringLiteral("--host") << QStringLiteral("127.0.0.1")
                   << QStringLiteral("--port") << QString::number(port ? port : server.port());
+        return run(arguments);
+    }
+    ToolRun run(const QStringList& arguments) {
         QProcess process;
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
         environment.insert(QStringLiteral("XDG_CONFIG_HOME"), install.programDir());
@@ -111,4 +115,33 @@ TEST_F(FetchUpdatesTest, ProgramUpdateIsDeclinedAndItsVersionReported) {
     EXPECT_EQ(run.status, 0);
     EXPECT_TRUE(run.err.contains(QStringLiteral("offered version 2005.1.1")));
     EXPECT_FALSE(server.received.contains("UPDA2"));
+}
+
+// For support staff: an updater is checked as the program checks it, and left as it is.
+TEST_F(FetchUpdatesTest, VerifyUpdateNamesTheKeyOrTheReason) {
+    const QString signedUpdater = QStringLiteral(SIGNED_DEMO_UPDATER);
+    const ToolRun good = run({QStringLiteral("--verify-update"), signedUpdater});
+    EXPECT_EQ(good.status, 0) << good.err.toStdString();
+    EXPECT_EQ(good.out, QStringLiteral("demo\n"));
+    EXPECT_TRUE(VerifySignedUpdate(signedUpdater, CompiledUpdateKeys()).ok());
+
+    const QString unsignedUpdater =
+        QStringLiteral(MERCANTEL_BINARY_DIR "/tools/demo-updater/demo-updater");
+    const ToolRun bad =
+        run({QStringLiteral("--verify-update"), unsignedUpdater, QStringLiteral("--english")});
+    EXPECT_EQ(bad.status, 1);
+    EXPECT_TRUE(bad.out.isEmpty());
+    App().Settings.Nation = 2000;
+    EXPECT_TRUE(bad.err.contains(SignedUpdateReportText(SignedUpdateReason::NoTrailer)))
+        << bad.err.toStdString();
+    App().Settings.Nation = 1000;
+    EXPECT_TRUE(QFile::exists(unsignedUpdater));
+
+    const ToolRun missing =
+        run({QStringLiteral("--verify-update"), prg(QStringLiteral("NONE.EXE"))});
+    EXPECT_EQ(missing.status, 1);
+    EXPECT_TRUE(missing.err.contains(LoadText(173)));
+
+    EXPECT_EQ(run({install.drive(), QStringLiteral("--verify-update"), signedUpdater}).status, 2);
+    EXPECT_EQ(run({QStringLiteral("--verify-update")}).status, 2);
 }

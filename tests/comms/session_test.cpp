@@ -261,42 +261,6 @@ TEST_F(SessionTest, ProgramUpdateOfferedAndDeclined) {
     EXPECT_TRUE(view.bold[4] && view.bold[5]);
 }
 
-TEST_F(SessionTest, ProgramUpdateAcceptedStartsTheUpdaterOnlyWhenWhole) {
-    const QString question =
-        LoadText(65) + QStringLiteral("\r\nVersion: 2004.3.2\r\n\r\n") + LoadText(66);
-    {
-        SCOPED_TRACE("whole");
-        server.answerStart("s", "2005.1.1");
-        server.answer("UPDA2", ScriptedServer::file("UPDAT", "MZ updater"));
-        prompts.expectMessage(question, Answer::Yes);
-        runSession();
-        EXPECT_EQ(server.received.mid(3), (QList<QByteArray>{"UPDA2", "ENVOIUPDAT"}));
-        EXPECT_EQ(updater.started,
-                  QStringList{install.programDir() + QStringLiteral("/UPDATE.EXE")});
-        EXPECT_TRUE(updater.ended);
-        EXPECT_TRUE(App().QuitWithoutAsking);
-        EXPECT_TRUE(view.reports.isEmpty());
-        EXPECT_EQ(readFile(updater.started.value(0)), QByteArray("MZ updater"));
-    }
-    {
-        SCOPED_TRACE("short");
-        ScriptedServer fresh;
-        App().Settings.Port = qint16(fresh.port());
-        App().QuitWithoutAsking = false;
-        updater.started.clear();
-        fresh.answerStart("s", "2005.1.1");
-        ScriptedServer::Reply cut = ScriptedServer::file("UPDAT", "MZ updater");
-        cut.closeAfter = 4;
-        fresh.answer("UPDA2", cut);
-        prompts.expectMessage(question, Answer::Yes);
-        runSession();
-        EXPECT_TRUE(updater.started.isEmpty());
-        EXPECT_FALSE(App().QuitWithoutAsking);
-        EXPECT_EQ(view.reports,
-                  QStringList{line(QStringLiteral("> UPDATE.EXE non réussie")) + EndLine});
-    }
-}
-
 TEST_F(SessionTest, UnwritableDestinationIsToldToTheServer) {
     server.answerStart("s", "2004.3.2");
     server.answer("LISTEALP", ScriptedServer::file("LISTE", QByteArray(4000, 'a')));

@@ -16,7 +16,8 @@ int itemBox(const QString& option) {
 
 bool takesValue(const QString& option) {
     return option == u"--host" || option == u"--port" || option == u"--lists" ||
-           option == u"--containing" || option == u"--catalogues" || option == u"--timeout";
+           option == u"--containing" || option == u"--catalogues" || option == u"--timeout" ||
+           option == u"--verify-update";
 }
 
 QStringList codes(const QString& value) {
@@ -53,6 +54,8 @@ QString apply(FetchOptions& o, const QString& option, const QString& value) {
     } else if (option == u"--timeout") {
         o.timeoutSeconds = value.toInt(&ok);
         ok = ok && o.timeoutSeconds > 0;
+    } else if (option == u"--verify-update") {
+        o.verifyUpdate = value;
     } else if (option == u"--english") {
         o.english = true;
     } else if (itemBox(option) < 0) {
@@ -60,6 +63,20 @@ QString apply(FetchOptions& o, const QString& option, const QString& value) {
     }
     return ok ? QString()
               : QStringLiteral("bad value for ") + option + QStringLiteral(": ") + value;
+}
+
+// Why the options cannot go together, or an empty text.
+QString combinationError(const FetchOptions& o) {
+    if (!o.verifyUpdate.isEmpty()) {
+        const bool alone = o.drive.isEmpty() && o.box < 0 && o.catalogues.isEmpty() &&
+                           o.host.isEmpty() && o.port == 0 && o.timeoutSeconds == 0;
+        return alone ? QString() : QStringLiteral("--verify-update goes alone (with --english)");
+    }
+    if (o.drive.isEmpty())
+        return QStringLiteral("DRIVE missing");
+    if (!o.catalogues.isEmpty() && (o.box < 0 || o.box > 2))
+        return QStringLiteral("--catalogues goes with --marked, --lists or --containing");
+    return {};
 }
 
 } // namespace
@@ -70,10 +87,15 @@ QString FetchUsage() {
         "                    [--marked | --lists F1,F2,... | --containing TEXT | --index |\n"
         "                     --partdex | --ledgermaker] [--catalogues C1,C2,...]\n"
         "                    [--english] [--timeout SECONDS]\n"
+        "       fetchupdates --verify-update FILE [--english]\n"
         "Fetches updates from the update server into the installation on DRIVE, as the\n"
         "Download button does, and prints the session report on standard output.\n"
         "With no item option only the version check runs. Exit status: 0 every item\n"
-        "succeeded, 1 an item failed or the server could not be reached, 2 bad arguments.\n");
+        "succeeded, 1 an item failed or the server could not be reached, 2 bad arguments.\n"
+        "The offer of a newer program is always declined; its version goes to standard error.\n"
+        "--verify-update checks a program update (UPDATE.EXE) as the program does before\n"
+        "starting it: exit 0 and the name of the key that signed it on standard output, or\n"
+        "exit 1 and the reason it would be refused on standard error.\n");
 }
 
 ParsedOptions ParseFetchOptions(const QStringList& arguments) {
@@ -110,10 +132,7 @@ ParsedOptions ParseFetchOptions(const QStringList& arguments) {
             return parsed;
         }
     }
-    if (o.drive.isEmpty())
-        parsed.error = QStringLiteral("DRIVE missing");
-    else if (!o.catalogues.isEmpty() && (o.box < 0 || o.box > 2))
-        parsed.error = QStringLiteral("--catalogues goes with --marked, --lists or --containing");
+    parsed.error = combinationError(o);
     if (parsed.error.isEmpty())
         parsed.options = o;
     return parsed;

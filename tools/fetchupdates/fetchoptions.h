@@ -15,6 +15,7 @@ struct FetchOptions {
     QStringList catalogues; // --catalogues
     bool english = false;
     int timeoutSeconds = 0;
+    QString verifyUpdate; // --verify-update: the signed updater to check (no session)
 };
 
 // The options of a command line (without the program name), or the reason they are refused.

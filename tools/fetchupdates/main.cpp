@@ -9,6 +9,7 @@
 #include "app/startup.h"
 #include "app/version.h"
 #include "comms/session.h"
+#include "comms/signedupdate.h"
 #include "data/moddata.h"
 #include "dbase/dberror.h"
 #include "fetchoptions.h"
@@ -168,6 +169,19 @@ int fetch(const FetchOptions& o) {
     return view.failed || prompts.failed || !versionsAnswered ? Failed : Succeeded;
 }
 
+// Checks a program update as the version check does before starting it, without changing it.
+int verifyUpdate(const FetchOptions& o) {
+    App().Settings.Nation = o.english ? 2000 : 1000;
+    const SignedUpdateCheck check = VerifySignedUpdate(o.verifyUpdate, CompiledUpdateKeys());
+    if (!check.ok()) {
+        PrintLine(stderr, QStringLiteral("fetchupdates: ") + o.verifyUpdate + QStringLiteral(": ") +
+                              SignedUpdateReportText(check.reason));
+        return Failed;
+    }
+    PrintLine(stdout, check.keyName);
+    return Succeeded;
+}
+
 } // namespace
 
 int main(int argc, char** argv) {
@@ -184,6 +198,8 @@ int main(int argc, char** argv) {
     }
     if (!parsed.options)
         return refuse(parsed.error);
+    if (!parsed.options->verifyUpdate.isEmpty())
+        return verifyUpdate(*parsed.options);
     try {
         return fetch(*parsed.options);
     } catch (const DbError& error) {
