@@ -107,8 +107,11 @@ void DownloadPage::setChoicesEnabled(bool enabled) {
 }
 
 bool DownloadPage::eventFilter(QObject* watched, QEvent* event) {
+    // Announced once the box has taken the release: a box that loses the focus while its
+    // button is down forgets the press, and the click would be lost.
     if (event->type() == QEvent::MouseButtonRelease &&
         std::find(chkMAJ.begin(), chkMAJ.end(), watched) != chkMAJ.end())
-        Q_EMIT choiceMouseUp();
+        QMetaObject::invokeMethod(
+            this, [this] { Q_EMIT choiceMouseUp(); }, Qt::QueuedConnection);
     return QWidget::eventFilter(watched, event);
 }

@@ -2,6 +2,7 @@
 // follows box 2.
 #include "comms/downloadpage.h"
 
+#include <QApplication>
 #include <QCheckBox>
 #include <QLineEdit>
 #include <QTest>
@@ -26,4 +27,20 @@ TEST(DownloadPage, OneChoiceAtATimeAndTheFilterBoxFollowsBoxTwo) {
     QTest::mouseClick(page.chkMAJ[4], Qt::LeftButton);
     EXPECT_FALSE(page.chkMAJ[2]->isEnabled());
     EXPECT_FALSE(page.txtExpList->isEnabled()); // only box 2 opens the filter box
+}
+
+// The release hands the focus back to the list tree; the click must still tick the box.
+TEST(DownloadPage, ABoxTicksWhenItsReleaseMovesTheFocusAway) {
+    QWidget window;
+    auto* page = new DownloadPage(&window);
+    auto* listTree = new QLineEdit(&window);
+    QObject::connect(page, &DownloadPage::choiceMouseUp, listTree,
+                     [listTree] { listTree->setFocus(); });
+    window.show();
+    QApplication::setActiveWindow(&window);
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+
+    QTest::mouseClick(page->chkMAJ[0], Qt::LeftButton);
+    EXPECT_TRUE(page->chkMAJ[0]->isChecked());
+    EXPECT_TRUE(QTest::qWaitFor([listTree] { return listTree->hasFocus(); }));
 }
