@@ -107,11 +107,15 @@ void DownloadPage::setChoicesEnabled(bool enabled) {
 }
 
 bool DownloadPage::eventFilter(QObject* watched, QEvent* event) {
-    // Announced once the box has taken the release: a box that loses the focus while its
-    // button is down forgets the press, and the click would be lost.
-    if (event->type() == QEvent::MouseButtonRelease &&
-        std::find(chkMAJ.begin(), chkMAJ.end(), watched) != chkMAJ.end())
-        QMetaObject::invokeMethod(
-            this, [this] { Q_EMIT choiceMouseUp(); }, Qt::QueuedConnection);
+    const auto box = std::find(chkMAJ.begin(), chkMAJ.end(), watched);
+    if (event->type() == QEvent::MouseButtonRelease && box != chkMAJ.end()) {
+        // The release comes before the click, as the dealer expects: the list tree takes the
+        // focus back, then the click may give it to the filter box. A box that loses the focus
+        // forgets its press; it is pressed again so that the release still clicks it.
+        const bool pressed = (*box)->isDown();
+        Q_EMIT choiceMouseUp();
+        if (pressed)
+            (*box)->setDown(true);
+    }
     return QWidget::eventFilter(watched, event);
 }
