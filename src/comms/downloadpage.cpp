@@ -107,8 +107,15 @@ void DownloadPage::setChoicesEnabled(bool enabled) {
 }
 
 bool DownloadPage::eventFilter(QObject* watched, QEvent* event) {
-    if (event->type() == QEvent::MouseButtonRelease &&
-        std::find(chkMAJ.begin(), chkMAJ.end(), watched) != chkMAJ.end())
+    const auto box = std::find(chkMAJ.begin(), chkMAJ.end(), watched);
+    if (event->type() == QEvent::MouseButtonRelease && box != chkMAJ.end()) {
+        // The release comes before the click, as the dealer expects: the list tree takes the
+        // focus back, then the click may give it to the filter box. A box that loses the focus
+        // forgets its press; it is pressed again so that the release still clicks it.
+        const bool pressed = (*box)->isDown();
         Q_EMIT choiceMouseUp();
+        if (pressed)
+            (*box)->setDown(true);
+    }
     return QWidget::eventFilter(watched, event);
 }

@@ -245,6 +245,7 @@ bool DownloadSession::fetchCatalogue() {
     sendText(QString::fromLatin1(Protocol::AskCatalogue) + CatalogueFile);
     WaitForTransfer();
     if (!TransferFailed && !StopRequested) {
+        setProgress(0); // the wait for the second file starts from nothing received
         CurrentRequest = QStringLiteral("CATA");
         sendText(QString::fromLatin1(Protocol::AskCatalogueSecond) + CatalogueFile);
         WaitForTransfer();

@@ -1,5 +1,6 @@
 #include "comms/programupdater.h"
 
+#include <QFile>
 #include <QFileInfo>
 #include <QProcess>
 #include <cstdio>
@@ -10,6 +11,10 @@
 #endif
 
 bool DetachedUpdater::start(const QString& updaterPath) {
+    // The updater arrives as plain data; where files carry permissions it must be made a
+    // program first.
+    QFile::setPermissions(updaterPath,
+                          QFile::permissions(updaterPath) | QFile::ExeOwner | QFile::ExeUser);
     QProcess process;
     process.setProgram(updaterPath);
     process.setWorkingDirectory(QFileInfo(updaterPath).absolutePath());

@@ -87,7 +87,11 @@ DownloadChoice DownloadView::downloadChoice() {
 }
 
 void DownloadView::uncheckBox(int index) {
+    // Unchecked as if clicked: box 2's filter box is greyed out with it.
+    if (!page_.chkMAJ[index]->isChecked())
+        return;
     page_.chkMAJ[index]->setChecked(false);
+    page_.chkMAJClick(index);
 }
 
 QString DownloadView::choiceCaption(int index) const {

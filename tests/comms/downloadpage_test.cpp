@@ -2,6 +2,7 @@
 // follows box 2.
 #include "comms/downloadpage.h"
 
+#include <QApplication>
 #include <QCheckBox>
 #include <QLineEdit>
 #include <QTest>
@@ -26,4 +27,29 @@ TEST(DownloadPage, OneChoiceAtATimeAndTheFilterBoxFollowsBoxTwo) {
     QTest::mouseClick(page.chkMAJ[4], Qt::LeftButton);
     EXPECT_FALSE(page.chkMAJ[2]->isEnabled());
     EXPECT_FALSE(page.txtExpList->isEnabled()); // only box 2 opens the filter box
+}
+
+// The release hands the focus back to the list tree, then the click may give it to the filter
+// box: the box still ticks, and box 2's filter box keeps the focus for the dealer's text.
+TEST(DownloadPage, ABoxTicksWhenItsReleaseMovesTheFocusAway) {
+    QWidget window;
+    auto* page = new DownloadPage(&window);
+    auto* listTree = new QLineEdit(&window);
+    QObject::connect(page, &DownloadPage::choiceMouseUp, listTree,
+                     [listTree] { listTree->setFocus(); });
+    window.show();
+    QApplication::setActiveWindow(&window);
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+
+    // A real click gives the box the focus on the press.
+    page->chkMAJ[0]->setFocus();
+    QTest::mouseClick(page->chkMAJ[0], Qt::LeftButton);
+    EXPECT_TRUE(page->chkMAJ[0]->isChecked());
+    EXPECT_TRUE(listTree->hasFocus());
+    QTest::mouseClick(page->chkMAJ[0], Qt::LeftButton);
+
+    page->chkMAJ[2]->setFocus();
+    QTest::mouseClick(page->chkMAJ[2], Qt::LeftButton);
+    EXPECT_TRUE(page->chkMAJ[2]->isChecked());
+    EXPECT_TRUE(page->txtExpList->hasFocus());
 }

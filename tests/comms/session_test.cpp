@@ -104,24 +104,29 @@ TEST_F(SessionTest, GroupCodeRuleAndListsContainingAText) {
 TEST_F(SessionTest, CataloguesAfterTheListsOnYes) {
     server.answerStart("s", "2004.3.2");
     server.answer("LISTEALP", ScriptedServer::file("LISTE", "list"));
+    server.answer("CAT  C1", ScriptedServer::file("CATAX", "first of C1"));
+    server.answer("CATA C1", ScriptedServer::file("CATAX", "second of C1"));
     server.answer("CAT  C2", ScriptedServer::file("CATAX", "first"));
     server.answer("CATA C2", ScriptedServer::file("CATAX", "second"));
     view.boxes[0] = true;
     view.marks(1, 0) = QStringLiteral("1");
-    view.checkedCatalogues = {QStringLiteral("C2")};
-    prompts.expectMessage(LoadText(130) + QStringLiteral("1\r\n") + LoadText(131), Buttons::YesNo,
+    view.checkedCatalogues = {QStringLiteral("C1"), QStringLiteral("C2")};
+    prompts.expectMessage(LoadText(130) + QStringLiteral("2\r\n") + LoadText(131), Buttons::YesNo,
                           Icon::Information, QString(), Answer::Yes);
 
     runSession();
 
+    // Each file is asked for once the one before it has arrived.
     EXPECT_EQ(server.received.mid(5),
-              (QList<QByteArray>{"CAT  C2", "ENVOICAT  C2", "CATA C2", "ENVOICATA C2"}));
-    EXPECT_EQ(readFile(prg(QStringLiteral("NVCAT.ARJ"))), QByteArray("first"));
-    EXPECT_EQ(readFile(prg(QStringLiteral("NVCATA.ARJ"))), QByteArray("second"));
-    EXPECT_EQ(serviceCalls(), (QStringList{QStringLiteral("5 1 1"), QStringLiteral("9 1 2")}));
+              (QList<QByteArray>{"CAT  C2", "ENVOICAT  C2", "CATA C2", "ENVOICATA C2", "CAT  C1",
+                                 "ENVOICAT  C1", "CATA C1", "ENVOICATA C1"}));
+    EXPECT_EQ(readFile(prg(QStringLiteral("NVCAT.ARJ"))), QByteArray("first of C1"));
+    EXPECT_EQ(readFile(prg(QStringLiteral("NVCATA.ARJ"))), QByteArray("second of C1"));
+    EXPECT_EQ(serviceCalls(), (QStringList{QStringLiteral("5 1 1"), QStringLiteral("9 1 2"),
+                                           QStringLiteral("9 1 1")}));
     EXPECT_EQ(view.reports.value(0), line(QStringLiteral("> ALPHA FREINS réussie")) +
                                          line(QStringLiteral("> Catalogue Deux réussie")) +
-                                         EndLine);
+                                         line(QStringLiteral("> Catalogue Un réussie")) + EndLine);
 }
 
 TEST_F(SessionTest, IndexAndPackagesWithTheirProgramCodes) {

@@ -22,6 +22,7 @@
 #include <QDeadlineTimer>
 #include <QGroupBox>
 #include <QLabel>
+#include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QProgressBar>
 #include <QPushButton>
@@ -140,4 +141,18 @@ TEST(DownloadView, StopMidListThenTheReportAndTheWindowGivenBack) {
         CloseData();
     }
     ResetAppState();
+}
+
+// The plan unchecks the boxes it has done as a click would: box 2's filter box goes grey.
+TEST(DownloadView, ABoxUncheckedByThePlanGreysItsFilterBox) {
+    ResetAppState();
+    QWidget window;
+    DownloadPage page(&window);
+    DownloadView view(page, window, {});
+    page.chkMAJ[2]->click();
+    ASSERT_TRUE(page.txtExpList->isEnabled());
+    view.uncheckBox(2);
+    EXPECT_FALSE(page.chkMAJ[2]->isChecked());
+    EXPECT_FALSE(page.txtExpList->isEnabled());
+    EXPECT_TRUE(page.chkMAJ[0]->isEnabled());
 }

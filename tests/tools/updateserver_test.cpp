@@ -2,6 +2,7 @@
 // each way it can be made to misbehave. The server runs in the test's process; the last group
 // runs the update-server command itself.
 #include "serverconversation.h"
+#include "serversession.h"
 #include "updateserver.h"
 
 #include "support/testfiles.h"
@@ -128,6 +129,21 @@ TEST_F(UpdateServerTest, AnswersErrorToWhatItCannotServeAndGoesOn) {
     c->send("ERROR:53File not found");
     EXPECT_TRUE(c->quietFor(50));
     fetch(*c, "LISTEBOS01", "LISTE", "ENVOILISTEBOS01", "LISTE42 looks like an announcement");
+    // The next request can come in the same read as the report.
+    c->send("LISTEBOS01");
+    EXPECT_EQ(c->next(), "LISTE34");
+    c->send("ERROR:52Bad file name or numberCAT  AUT");
+    EXPECT_EQ(c->next(), "CATAX17");
+}
+
+TEST(UpdateServerMessages, AnErrorReportIsSplitFromTheRequestsThatFollowIt) {
+    using List = QList<QByteArray>;
+    EXPECT_EQ(clientMessages("ERROR:53File not foundVERSI2004.3.2"),
+              List({"ERROR:53File not found", "VERSI2004.3.2"}));
+    EXPECT_EQ(clientMessages("ERROR:53ERROR:52Disk full"), List({"ERROR:53", "ERROR:52Disk full"}));
+    EXPECT_EQ(clientMessages("ERROR:75Path/File access error"),
+              List({"ERROR:75Path/File access error"}));
+    EXPECT_EQ(clientMessages("LISTEACD00ENVOI"), List({"LISTEACD00ENVOI"}));
 }
 
 TEST_F(UpdateServerTest, ARequestDuringAFileIsAnsweredAfterItAndAClientErrorStopsTheFile) {

@@ -83,8 +83,38 @@ void ServerSession::sendMessage(const QByteArray& message) {
     socket_->flush();
 }
 
+QList<QByteArray> clientMessages(const QByteArray& arrival) {
+    // The client's report of a file it could not write has no answer, so its next request
+    // can follow it in the same read: it starts at the first request word after the report.
+    static const char* const words[] = {
+        Protocol::StartAnnounce,      Protocol::Versions,   Protocol::AskProgramUpdate,
+        Protocol::AskIndexArchive,    Protocol::AskList,    Protocol::AskCatalogue,
+        Protocol::AskCatalogueSecond, Protocol::Partdex,    Protocol::Ledgermaker,
+        Protocol::Acknowledge,        Protocol::ClientError};
+    QList<QByteArray> messages;
+    QByteArray rest = arrival;
+    while (rest.startsWith(Protocol::ClientError)) {
+        qsizetype next = -1;
+        for (const char* word : words) {
+            const qsizetype at = rest.indexOf(word, 1);
+            if (at > 0 && (next < 0 || at < next))
+                next = at;
+        }
+        if (next < 0)
+            break;
+        messages << rest.left(next);
+        rest = rest.mid(next);
+    }
+    messages << rest;
+    return messages;
+}
+
 void ServerSession::onReadyRead() {
-    const QByteArray message = socket_->readAll();
+    for (const QByteArray& message : clientMessages(socket_->readAll()))
+        handleMessage(message);
+}
+
+void ServerSession::handleMessage(const QByteArray& message) {
     log(QStringLiteral("< ") + printable(message));
     switch (state_) {
     case State::Silent:

@@ -42,6 +42,7 @@ private:
     };
 
     void onReadyRead();
+    void handleMessage(const QByteArray& message);
     void handleRequest(const QByteArray& request);
     void handleWhileAwaiting(const QByteArray& message);
     void announce(const QByteArray& request, const QString& path);
@@ -66,3 +67,6 @@ private:
 // go out.
 QByteArray announcementToken(const QByteArray& request);
 QByteArray acknowledgementFor(const QByteArray& request);
+
+// The client's messages in one read: one, unless an error report came with what followed it.
+QList<QByteArray> clientMessages(const QByteArray& arrival);
