@@ -18,6 +18,7 @@ class ListTreePane;
 class PartSearchPane;
 class PriceListsUi;
 class QTabWidget;
+class SplitterBars;
 
 // The main window: the command strip above three panes (the list trees, the catalogue trees,
 // and the information tabs). It composes the parts of the program and wires them; their logic
@@ -47,7 +48,8 @@ public:
     CommandStrip* Picture1; // the command strip: picMenu(0 to 6), lblMenu(0 to 4)
     QWidget* panesArea;
     std::array<QWidget*, 3> picForm{};
-    std::array<QWidget*, 2> picSplitter{};
+    // The bars picSplitter 0 and 1 between the panes, and their drag.
+    SplitterBars* splitters = nullptr;
     ListTreePane* listPane = nullptr; // picForm 0
     CatTreePane* catPane = nullptr;   // picForm 1
     QTabWidget* tbsInfo = nullptr;    // picForm 2, with the four pages below
@@ -61,9 +63,6 @@ public:
     // Shared state of the window: the list selection, pending changes, current tabs and rows.
     PriceListState listState;
     PriceListsUi* priceLists = nullptr;
-    // The last left-button press on a splitter; none while no drag is under way.
-    int LastMouseDownX = 2147483647;
-    int LastMouseDownY = 2147483647;
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
