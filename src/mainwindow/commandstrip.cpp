@@ -162,10 +162,14 @@ CommandStrip::CommandStrip(QWidget* parent) : QWidget(parent) {
         lblMenu[i]->setAlignment(Qt::AlignCenter);
         lblMenu[i]->setObjectName(QStringLiteral("lblMenu%1").arg(i));
     }
+    // The keyboard goes through the buttons in the order they stand on the strip.
+    static const int keyboardOrder[7] = {0, 1, 4, 2, 3, 5, 6};
+    for (int i = 1; i < 7; ++i)
+        setTabOrder(picMenu[keyboardOrder[i - 1]], picMenu[keyboardOrder[i]]);
     // Activer and Dissocier appear only on their own tab and node.
     picMenu[1]->hide();
     picMenu[6]->hide();
-    setFixedHeight(picMenu[0]->height() + fontMetrics().height() + int(10 * densityScale(this)));
+    setFixedHeight(picMenu[0]->height() + fontMetrics().height() + int(14 * densityScale(this)));
     setAutoFillBackground(true);
 }
 
@@ -202,6 +206,13 @@ void CommandStrip::showInPlaceOf(int shown, int hidden) {
 void CommandStrip::setBorderStyle(QLabel* button, int style) {
     button->setFrameShape(style == 1 ? QFrame::Panel : QFrame::NoFrame);
     button->setFrameShadow(style == 1 ? QFrame::Sunken : QFrame::Plain);
+}
+
+// A line under the strip sets it apart from the panes.
+void CommandStrip::paintEvent(QPaintEvent*) {
+    QPainter painter(this);
+    painter.setPen(palette().color(QPalette::Mid));
+    painter.drawLine(0, height() - 1, width(), height() - 1);
 }
 
 void CommandStrip::resizeEvent(QResizeEvent*) {
