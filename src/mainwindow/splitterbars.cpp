@@ -77,12 +77,13 @@ void SplitterBars::MouseDown(int index, Qt::MouseButton button, double x, double
     if (button != Qt::LeftButton) {
         // Another button ends the drag as a release does.
         if (dragging())
-            MouseUp(index);
+            MouseUp(draggedBar_);
         return;
     }
     LastMouseDownX = int(std::lround(x));
     LastMouseDownY = int(std::lround(y));
-    dragEdge_[index] = leadingEdge(placement_.splitter[index], index);
+    draggedBar_ = index;
+    dragEdge_ = leadingEdge(placement_.splitter[index], index);
     static_cast<SplitterHandle*>(picSplitter[index])->setDragged(true);
     picSplitter[index]->raise();
 }
@@ -90,23 +91,23 @@ void SplitterBars::MouseDown(int index, Qt::MouseButton button, double x, double
 // The bar's edge follows the pointer: it moves by the pointer's offset from it. No limit
 // applies until the bar is dropped.
 void SplitterBars::MouseMove(int index, Qt::MouseButtons buttons, double x, double y) {
-    if (buttons == Qt::NoButton || !dragging())
+    if (buttons == Qt::NoButton || !dragging() || index != draggedBar_)
         return;
     const int along = int(std::lround(index == VerticalBar ? x : y));
     int& recorded = index == VerticalBar ? LastMouseDownX : LastMouseDownY;
     if (along == recorded)
         return;
-    dragEdge_[index] += along;
+    dragEdge_ += along;
     recorded = along;
-    showBarAt(index, dragEdge_[index]);
+    showBarAt(index, dragEdge_);
 }
 
 void SplitterBars::MouseUp(int index) {
-    if (!dragging())
+    if (!dragging() || index != draggedBar_)
         return;
     forgetPress();
     static_cast<SplitterHandle*>(picSplitter[index])->setDragged(false);
-    DropSplitter(placement_, SplitterBar(index), dragEdge_[index]);
+    DropSplitter(placement_, SplitterBar(index), dragEdge_);
     movedTo_ = FractionsOf(LayoutOf(placement_));
     showPlacement();
 }
@@ -168,8 +169,8 @@ QPointF SplitterBars::relativeTwips(int index, QPointF pointerInBar) const {
     const double dpi = dotsPerInch_();
     const QPointF inArea = pointerInBar + picSplitter[index]->pos();
     TwipRect bar = placement_.splitter[index];
-    if (dragging())
-        (index == VerticalBar ? bar.left : bar.top) = dragEdge_[index];
+    if (dragging() && index == draggedBar_)
+        (index == VerticalBar ? bar.left : bar.top) = dragEdge_;
     return {PixelsToTwips(1, dpi) * inArea.x() - bar.left,
             PixelsToTwips(1, dpi) * inArea.y() - bar.top};
 }

@@ -62,6 +62,8 @@ private:
     std::array<QWidget*, 3> panes_;
     std::function<double()> dotsPerInch_;
     PanePlacement placement_;
-    std::array<double, 2> dragEdge_{};       // the leading edge of a bar while it is dragged
+    // The bar being dragged and its leading edge as it moves.
+    int draggedBar_ = VerticalBar;
+    double dragEdge_ = 0;
     std::optional<LayoutFractions> movedTo_; // set once the dealer has moved a bar
 };
