@@ -1,9 +1,14 @@
 #include "app/prompts.h"
 
+#include "app/frmquestion.h"
 #include "app/messages.h"
 
 #include <QApplication>
+#include <QCheckBox>
+#include <QComboBox>
 #include <QInputDialog>
+#include <QLabel>
+#include <QLineEdit>
 #include <QMessageBox>
 
 namespace {
@@ -72,12 +77,37 @@ public:
                                                    prompt, QLineEdit::Normal, defaultAnswer, &ok);
         return ok ? text : QString();
     }
+
+    QuestionAnswer question(const Question& q) override {
+        frmQuestion dialog(QApplication::activeWindow());
+        dialog.setTitreFenetre(q.title);
+        dialog.setTexteQuestion(q.text);
+        dialog.setValeurDefaut(q.defaultValue);
+        dialog.lblEntree->setText(q.fieldLabel);
+        dialog.lblDepartement->setVisible(q.showDepartement);
+        dialog.cmbDepart->setVisible(q.showDepartement);
+        dialog.selectDepartement(q.departement);
+        dialog.chkOption->setText(q.optionCaption);
+        dialog.chkOption->setChecked(q.option);
+        dialog.exec();
+        QuestionAnswer answer;
+        answer.bouton = dialog.bouton().toInt();
+        answer.text = dialog.txtQuestion->text();
+        answer.option = dialog.chkOption->isChecked();
+        // No row chosen in the list: the department proposed stands.
+        answer.departement = dialog.departement().isEmpty() ? q.departement : dialog.departement();
+        return answer;
+    }
 };
 
 QtPrompter qtPrompter;
 Prompter* current = &qtPrompter;
 
 } // namespace
+
+QuestionAnswer Prompter::question(const Question&) {
+    return {};
+}
 
 Prompter& Prompts() {
     return *current;
@@ -95,4 +125,8 @@ Answer MsgBox(const QString& text, Buttons buttons, Icon icon, const QString& ti
 
 QString InputBox(const QString& prompt, const QString& title, const QString& defaultAnswer) {
     return Prompts().inputBox(prompt, title, defaultAnswer);
+}
+
+QuestionAnswer AskQuestion(const Question& question) {
+    return Prompts().question(question);
 }

@@ -7,13 +7,17 @@
 #include <QGroupBox>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMouseEvent>
+#include <QProgressBar>
 #include <QPushButton>
 #include <QVBoxLayout>
+#include <algorithm>
 
 DownloadPage::DownloadPage(QWidget* parent)
     : QWidget(parent), picFrame(new QWidget(this)), fraMAJ(new QGroupBox(picFrame)),
       txtExpList(new QLineEdit(picFrame)), cmdOK(new QPushButton(picFrame)),
-      lblAttention(new QLabel(picFrame)) {
+      lblAttention(new QLabel(picFrame)), ProgressBar1(new QProgressBar(picFrame)),
+      lblIDTransfert(new QLabel(picFrame)), lblTransfert(new QLabel(picFrame)) {
     picFrame->setObjectName(QStringLiteral("picFrame"));
     auto* choices = new QGridLayout(fraMAJ);
     for (int i = 0; i < 6; ++i) {
@@ -22,6 +26,8 @@ DownloadPage::DownloadPage(QWidget* parent)
         lblCHK[i]->setBuddy(chkMAJ[i]);
         choices->addWidget(chkMAJ[i], i, 0);
         choices->addWidget(lblCHK[i], i, 1);
+        connect(chkMAJ[i], &QCheckBox::clicked, this, [this, i] { chkMAJClick(i); });
+        chkMAJ[i]->installEventFilter(this);
     }
     // The installation's parts catalogue program keeps its own name in both languages.
     lblCHK[4]->setText(QStringLiteral("Partdex"));
@@ -30,6 +36,10 @@ DownloadPage::DownloadPage(QWidget* parent)
     txtExpList->setMinimumWidth(220);
     txtExpList->setEnabled(false);
     txtExpList->setStyleSheet(QStringLiteral("background: #C0C0C0;"));
+    ProgressBar1->setRange(0, 100);
+    ProgressBar1->setValue(0);
+    ProgressBar1->setTextVisible(false);
+    lblTransfert->setMinimumHeight(2 * lblTransfert->fontMetrics().lineSpacing());
 
     lblAttention->setWordWrap(true);
     lblAttention->setStyleSheet(QStringLiteral("color: #B00000; font-weight: bold;"));
@@ -41,6 +51,9 @@ DownloadPage::DownloadPage(QWidget* parent)
     buttonRow->addWidget(cmdOK);
     buttonRow->addWidget(lblAttention, 1);
     frameLayout->addLayout(buttonRow);
+    frameLayout->addWidget(lblIDTransfert);
+    frameLayout->addWidget(ProgressBar1);
+    frameLayout->addWidget(lblTransfert);
     frameLayout->addStretch(1);
 }
 
@@ -72,4 +85,30 @@ void DownloadPage::labelWarning() {
 void DownloadPage::labelDownloadButton() {
     cmdOK->setToolTip(LoadText(96));
     cmdOK->setText(LoadText(96));
+}
+
+void DownloadPage::chkMAJClick(int index) {
+    const bool checked = chkMAJ[index]->isChecked();
+    if (index == 2) {
+        txtExpList->setEnabled(checked);
+        txtExpList->setStyleSheet(checked ? QStringLiteral("background: #FFFFFF;")
+                                          : QStringLiteral("background: #C0C0C0;"));
+        if (checked)
+            txtExpList->setFocus();
+    }
+    setChoicesEnabled(!checked);
+    if (checked)
+        chkMAJ[index]->setEnabled(true);
+}
+
+void DownloadPage::setChoicesEnabled(bool enabled) {
+    for (QCheckBox* box : chkMAJ)
+        box->setEnabled(enabled);
+}
+
+bool DownloadPage::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() == QEvent::MouseButtonRelease &&
+        std::find(chkMAJ.begin(), chkMAJ.end(), watched) != chkMAJ.end())
+        Q_EMIT choiceMouseUp();
+    return QWidget::eventFilter(watched, event);
 }

@@ -1,6 +1,7 @@
 #include "comms/protocol.h"
 
 #include <cmath>
+#include <limits>
 
 namespace Protocol {
 
@@ -22,6 +23,10 @@ qint64 AnnouncedSize(const QByteArray& message) {
     const double value = message.mid(start, i - start).toDouble(&ok);
     if (!ok)
         return 0;
+    // Beyond any whole number the caller can hold: the largest, with its sign.
+    constexpr double Limit = 9.0e18;
+    if (value >= Limit || value <= -Limit)
+        return value > 0 ? std::numeric_limits<qint64>::max() : std::numeric_limits<qint64>::min();
     // Halves go to the even neighbour, as the conversion to a whole number always did.
     return qint64(std::nearbyint(value));
 }

@@ -10,15 +10,20 @@
 #include "comms/downloadpage.h"
 #include "data/moddata.h"
 #include "mainwindow/commandstrip.h"
+#include "mainwindow/downloadview.h"
 #include "mainwindow/splitterbars.h"
 #include "partsfile/frmstock.h"
 #include "partsfile/modnvconvert.h"
 #include "partsfile/partsearchpane.h"
+#include "pricelists/activation.h"
+#include "pricelists/association.h"
 #include "pricelists/configpane.h"
 #include "pricelists/explistrules.h"
 #include "pricelists/pricelistsui.h"
 #include "pricelists/runguarded.h"
+#include "pricelists/selectbyname.h"
 #include "pricelists/treepanes.h"
+#include "pricelists/treerules.h"
 
 #include <QApplication>
 #include <QCheckBox>
@@ -39,13 +44,13 @@ const int PartsTab = 3; // the "Pièces" tab of tbsInfo
 
 // The command strip's buttons, by their index in picMenu.
 enum Command {
-    SelectByName = 0,
-    Activate,
+    SelectCommand = 0,
+    ActivateCommand,
     ChangePartNumbers,
     Options,
-    Deactivate,
-    Associate,
-    Dissociate
+    DeactivateCommand,
+    AssociateCommand,
+    DissociateCommand
 };
 // A failure during the load: the box gives the number and the description on one line.
 const ErrorHandler LoadErrors{QStringLiteral("ErrForm: "), QStringLiteral(" "),
@@ -65,6 +70,7 @@ frmMain::frmMain(QWidget* parent)
         panesArea, picForm, [this] { return double(logicalDpiX()); }, this);
     buildPanes();
     composePriceLists();
+    composeDownloads();
     for (MenuPicture* button : Picture1->picMenu) {
         button->onPress = [this](int index) { return pressCommand(index); };
         button->onRelease = [this](int index) { releaseCommand(index); };
@@ -80,6 +86,7 @@ frmMain::frmMain(QWidget* parent)
 
 frmMain::~frmMain() {
     qApp->removeEventFilter(this);
+    downloadView.reset(); // before the trees its hooks read
 }
 
 void frmMain::buildPanes() {
@@ -107,6 +114,46 @@ void frmMain::composePriceLists() {
     connect(priceLists, &PriceListsUi::listTabShown, Picture1, &CommandStrip::showListTab);
     connect(priceLists, &PriceListsUi::catalogueNodeChosen, Picture1,
             &CommandStrip::showCatalogueChoice);
+    listCommands.emplace(
+        ListCommandContext{*priceLists,
+                           listState,
+                           *listPane,
+                           *catPane,
+                           {rsPrixList, rsCataList, &rsPrixCodes, &ConfigBinding()},
+                           this});
+}
+
+// ---- The download session: the Download tab's view, and what it needs of the window ----
+
+void frmMain::composeDownloads() {
+    DownloadView::Hooks hooks;
+    hooks.enableOtherControls = [this](bool enabled) {
+        if (!App().UpdateMode) {
+            for (MenuPicture* button : Picture1->picMenu)
+                button->setEnabled(enabled);
+        }
+        listPane->enableTabs(listState.CurrentListTab, enabled);
+        catPane->enableTabs(listState.CurrentCatTab, enabled);
+    };
+    hooks.savePendingChanges = [this] {
+        return listState.ConfigDirty == Dirty::None || priceLists->saveChanges();
+    };
+    hooks.fillListChoice = [this](DownloadChoice& choice) {
+        choice.listMarks = &listState.ListMarks;
+        choice.listCount = listState.ListCount;
+        choice.checkedCatCount = listState.CheckedCatCount;
+        choice.catalogueChecked = [this](const QString& code) {
+            return catPane->isCatalogueChecked(code);
+        };
+    };
+    hooks.rebuildTrees = [this] { priceLists->refresh(); };
+    hooks.rebuildBulletins = [this] { bulletinPage->SetupBulletin(); };
+    hooks.focusListTree = [this] {
+        if (listPane->isTreeEnabled(listState.CurrentListTab))
+            focusListTree();
+    };
+    hooks.closeProgram = [this] { window()->close(); };
+    downloadView = std::make_unique<DownloadView>(*downloadPage, *this, std::move(hooks));
 }
 
 // A command button is pressed only when no configuration change waits to be saved.
@@ -120,8 +167,17 @@ void frmMain::releaseCommand(int index) {
     focusListTree();
 }
 
+// The action of each button of the strip.
 void frmMain::runCommand(int index) {
     switch (index) {
+    case SelectCommand:
+        downloadPage->picFrame->setVisible(false);
+        SelectByName(*listCommands);
+        downloadPage->picFrame->setVisible(true);
+        break;
+    case ActivateCommand:
+        MPActivate(*listCommands);
+        break;
     case ChangePartNumbers: {
         tbsInfo->setCurrentIndex(PartsTab);
         frmStock dialog(partSearchPane, this);
@@ -133,6 +189,13 @@ void frmMain::runCommand(int index) {
         dialog.exec();
         break;
     }
+    case DeactivateCommand:
+        MPDesactivate(*listCommands);
+        break;
+    case AssociateCommand:
+    case DissociateCommand:
+        AssociationCommand(*listCommands);
+        break;
     default:
         break;
     }
@@ -158,8 +221,7 @@ void frmMain::Load() {
         }
     });
     Label();
-    // SetupEnv (the version table read for the update check) is called here, after the
-    // captions, once the version check is part of the program.
+    loadStep([this] { downloadView->session().SetupEnv(); });
     if (!updateMode) {
         loadStep([this] { bulletinPage->SetupBulletin(); });
         loadStep([this] { priceLists->refresh(); });
@@ -329,8 +391,8 @@ bool frmMain::eventFilter(QObject* watched, QEvent* event) {
 bool frmMain::QueryUnload() {
     AppState& app = App();
     try {
-        if (downloadPage->cmdOK->text() == LoadText(116))
-            return false;
+        if (downloadView->session().running())
+            return false; // a transfer is running
         if (!priceLists->commitTyped())
             return false;
         BindConfig(false);
@@ -348,9 +410,7 @@ bool frmMain::QueryUnload() {
 
 void frmMain::Unload() {
     try {
-        wsckEnvoi.close();
-        while (wsckEnvoi.state() != QAbstractSocket::UnconnectedState)
-            WaitWithEvents(10);
+        downloadView->session().abortConnection();
         SaveSettings(settingsStore, App(), CurrentLayout());
         if (!App().UpdateMode)
             CloseData();

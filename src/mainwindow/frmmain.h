@@ -2,19 +2,23 @@
 
 #include "app/panelayout.h"
 #include "app/settings.h"
+#include "pricelists/listcommands.h"
 #include "pricelists/pricelistsstate.h"
 
-#include <QTcpSocket>
 #include <QWidget>
 #include <array>
 #include <functional>
+#include <memory>
+#include <optional>
 
 class BulletinPage;
 class CatTreePane;
 class CommandStrip;
 class ConfigPane;
 class DownloadPage;
+class DownloadView;
 class ListTreePane;
+class MenuPicture;
 class PartSearchPane;
 class PriceListsUi;
 class QTabWidget;
@@ -57,12 +61,15 @@ public:
     ConfigPane* configPane = nullptr;
     BulletinPage* bulletinPage = nullptr;
     PartSearchPane* partSearchPane = nullptr;
-    QTcpSocket wsckEnvoi;
     CRegSettings settingsStore; // where the settings go back at shut-down
 
     // Shared state of the window: the list selection, pending changes, current tabs and rows.
     PriceListState listState;
     PriceListsUi* priceLists = nullptr;
+    // The download session and its view on the Download tab.
+    std::unique_ptr<DownloadView> downloadView;
+    // What the list commands of the strip (select, activate, associate) work on.
+    std::optional<ListCommandContext> listCommands;
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
@@ -71,6 +78,7 @@ protected:
 private:
     void buildPanes();
     void composePriceLists();
+    void composeDownloads();
     bool pressCommand(int index);
     void releaseCommand(int index);
     void runCommand(int index);

@@ -46,21 +46,22 @@ bool PriceListsUi::commitTyped() {
     return config_->commitTyped();
 }
 
-void PriceListsUi::saveChanges() {
+bool PriceListsUi::saveChanges() {
     if (!commitTyped())
-        return;
+        return false;
     QWidget* focused = QApplication::focusWidget();
     KeyedTree* tree = panes_.lists.tvwList.at(state_.CurrentListTab);
     tree->setEnabled(false);
     if (window_)
         window_->setCursor(Qt::WaitCursor);
-    config_->SauveChange(state_.ConfigDirty, focused);
+    const bool saved = config_->SauveChange(state_.ConfigDirty, focused);
     state_.ConfigDirty = Dirty::None;
     refresh();
     if (window_)
         window_->unsetCursor();
     tree->setEnabled(true);
     tree->setFocus();
+    return saved;
 }
 
 bool PriceListsUi::saveIfDirty() {

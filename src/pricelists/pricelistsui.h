@@ -57,8 +57,9 @@ public:
     void refresh();
     // SauveChange for what is pending, then the refresh, the list tree shown given the focus
     // again: the one place where pending changes are saved. Nothing happens while a value
-    // typed in the configuration pane is refused (its field keeps the focus).
-    void saveChanges();
+    // typed in the configuration pane is refused (its field keeps the focus). True when the
+    // changes were written.
+    bool saveChanges();
     // Writes what was typed in the configuration pane into the current row; false (after
     // telling the user) when its field cannot hold it.
     bool commitTyped();

@@ -2,6 +2,7 @@
 
 #include "app/messages.h"
 
+#include "pricelists/keyedtree.h"
 #include "pricelists/treerules.h"
 
 #include <QEvent>
@@ -112,8 +113,27 @@ void ListTreePane::focusTree(int tab) {
     tvwList.at(tab)->setFocus();
 }
 
+void ListTreePane::enableTabs(int tab, bool enabled) {
+    tbsList->setEnabled(enabled);
+    tvwList.at(tab)->setEnabled(enabled);
+}
+
+bool ListTreePane::isTreeEnabled(int tab) const {
+    return tvwList.at(tab)->isEnabled();
+}
+
 void CatTreePane::showTree(int tab) {
     tvwCat.at(tab)->setVisible(true);
+}
+
+void CatTreePane::enableTabs(int tab, bool enabled) {
+    tbsCat->setEnabled(enabled);
+    tvwCat.at(tab)->setEnabled(enabled);
+}
+
+bool CatTreePane::isCatalogueChecked(const QString& code) const {
+    const QTreeWidgetItem* node = tvwCat[0]->node(CatalogueKey(code));
+    return node && KeyedTree::isChecked(node);
 }
 
 void CatTreePane::label() {

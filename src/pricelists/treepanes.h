@@ -23,6 +23,9 @@ public:
     // The list tree of a tab: shown, or given the keyboard focus.
     void showTree(int tab);
     void focusTree(int tab);
+    // The tab strip and the list tree of a tab taken out of use, or given back (a download).
+    void enableTabs(int tab, bool enabled);
+    bool isTreeEnabled(int tab) const;
 
     QTabBar* tbsList = nullptr;
     QWidget* picTvw = nullptr; // the strip holding the column heading
@@ -41,6 +44,10 @@ public:
     void label();
     // Shows the catalogue tree of a tab.
     void showTree(int tab);
+    // The tab strip and the catalogue tree of a tab taken out of use, or given back.
+    void enableTabs(int tab, bool enabled);
+    // Whether the catalogue of that code is ticked in the tree of activated catalogues.
+    bool isCatalogueChecked(const QString& code) const;
 
     QTabBar* tbsCat = nullptr;
     std::array<KeyedTree*, 2> tvwCat{};

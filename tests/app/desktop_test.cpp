@@ -1,39 +1,29 @@
 #include "app/help.h"
 #include "app/icons.h"
 
+#include "testfiles.h"
+
 #include <QDir>
-#include <QFile>
+#include <QFileInfo>
 #include <QImage>
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
-
-namespace {
-
-void writePage(const QString& path) {
-    QDir().mkpath(QFileInfo(path).path());
-    QFile file(path);
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write("<html></html>");
-}
-
-} // namespace
 
 // The guide is found beside a built program, in the shared data of an installed one, and in
 // the language asked; without it F1 still leads somewhere: the maker's help page.
 TEST(Guide, FoundBesideTheProgramOrInItsPrefixElseTheMakersPage) {
     QTemporaryDir root;
     const QString build = root.filePath(QStringLiteral("build/src"));
-    writePage(build + QStringLiteral("/guide/fr/index.html"));
-    writePage(build + QStringLiteral("/guide/en/index.html"));
-    EXPECT_EQ(GuideUrl(2000, build).toLocalFile(),
-              QFileInfo(build + QStringLiteral("/guide/en/index.html")).canonicalFilePath());
-    EXPECT_EQ(GuideUrl(1000, build).toLocalFile(),
-              QFileInfo(build + QStringLiteral("/guide/fr/index.html")).canonicalFilePath());
+    for (const auto& [nation, language] : {std::pair{1000, "fr"}, {2000, "en"}}) {
+        const QString page = build + "/guide/" + language + "/index.html";
+        WriteBytes(page, "<html></html>");
+        EXPECT_EQ(GuideUrl(nation, build).toLocalFile(), QFileInfo(page).canonicalFilePath());
+    }
 
     const QString bin = root.filePath(QStringLiteral("usr/bin"));
     QDir().mkpath(bin);
     const QString shared = root.filePath(QStringLiteral("usr/share/mercantel/guide/fr/index.html"));
-    writePage(shared);
+    WriteBytes(shared, "<html></html>");
     EXPECT_EQ(GuideUrl(1000, bin).toLocalFile(), QFileInfo(shared).canonicalFilePath());
 
     EXPECT_EQ(GuideUrl(2000, bin), QUrl(QStringLiteral("https://help.norvale.example/tallyrate/")));

@@ -10,6 +10,7 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QTest>
+#include <functional>
 #include <gtest/gtest.h>
 
 namespace {
@@ -119,27 +120,26 @@ TEST_F(OptionsTest, DefaultThenCancelChangesNothing) {
 
 TEST_F(OptionsTest, AWrongPortOrNoHostIsRefusedAndNothingIsSaved) {
     const QString portMessage = QStringLiteral("Port invalide. Inscrivez un nombre de 1 à 65535.");
-    for (const QString& typed :
-         {QStringLiteral("0"), QStringLiteral("65536"), QStringLiteral("20x1")}) {
+    const QString hostMessage = QStringLiteral("Inscrivez l'adresse du serveur de mise à jour.");
+    const struct {
+        const char *port, *host;
+        const QString& message;
+    } refused[] = {{"0", "h", portMessage},
+                   {"65536", "h", portMessage},
+                   {"20x1", "h", portMessage},
+                   {"2101", "   ", hostMessage}};
+    for (const auto& [port, host, message] : refused) {
         frmOptions dialog;
         showWithFocusInDirectory(dialog);
         dialog.cmbLangue->setCurrentIndex(1);
-        dialog.txtPort->setText(typed);
+        dialog.txtPort->setText(QString::fromLatin1(port));
+        dialog.txtIP->setText(QString::fromLatin1(host));
         ScriptedPrompter prompts;
-        prompts.expectMessage(portMessage);
+        prompts.expectMessage(message);
         dialog.cmdOKClick();
-        EXPECT_TRUE(dialog.isVisible()) << typed.toStdString();
-        EXPECT_EQ(QApplication::focusWidget(), dialog.txtPort);
-    }
-    {
-        frmOptions dialog;
-        showWithFocusInDirectory(dialog);
-        dialog.txtIP->setText(QStringLiteral("   "));
-        ScriptedPrompter prompts;
-        prompts.expectMessage(QStringLiteral("Inscrivez l'adresse du serveur de mise à jour."));
-        dialog.cmdOKClick();
-        EXPECT_TRUE(dialog.isVisible());
-        EXPECT_EQ(QApplication::focusWidget(), dialog.txtIP);
+        EXPECT_TRUE(dialog.isVisible()) << port;
+        EXPECT_EQ(QApplication::focusWidget(),
+                  message == portMessage ? static_cast<QWidget*>(dialog.txtPort) : dialog.txtIP);
     }
     EXPECT_EQ(App().Settings.Nation, 1000);
     EXPECT_EQ(App().Settings.Port, 2101);
@@ -155,31 +155,23 @@ TEST_F(OptionsTest, AWrongDirectoryKeepsTheFocusUntilCorrectedOrCancelled) {
     dialog.txtRepTravail->setText(install.dir(QStringLiteral("NVGL")));
     ScriptedPrompter prompts;
 
-    prompts.expectMessage(InvalidDirectoryFr);
-    QTest::keyClick(dialog.txtRepTravail, Qt::Key_Tab);
-    QApplication::processEvents();
-    EXPECT_TRUE(prompts.done());
-    EXPECT_EQ(QApplication::focusWidget(), dialog.txtRepTravail);
-
-    prompts.expectMessage(InvalidDirectoryFr);
-    QTest::mousePress(dialog.txtIP, Qt::LeftButton);
-    QApplication::processEvents();
-    QTest::mouseRelease(dialog.txtIP, Qt::LeftButton);
-    EXPECT_TRUE(prompts.done());
-    EXPECT_EQ(QApplication::focusWidget(), dialog.txtRepTravail);
-
-    prompts.expectMessage(InvalidDirectoryFr);
-    QTest::mouseClick(dialog.cmdOK, Qt::LeftButton);
-    QApplication::processEvents();
-    EXPECT_TRUE(prompts.done());
-    EXPECT_TRUE(dialog.isVisible());
-    EXPECT_EQ(QApplication::focusWidget(), dialog.txtRepTravail);
-
-    prompts.expectMessage(InvalidDirectoryFr);
-    QTest::keyClick(dialog.txtRepTravail, Qt::Key_Return);
-    QApplication::processEvents();
-    EXPECT_TRUE(prompts.done());
-    EXPECT_TRUE(dialog.isVisible());
+    const std::function<void()> leaving[] = {
+        [&] { QTest::keyClick(dialog.txtRepTravail, Qt::Key_Tab); },
+        [&] {
+            QTest::mousePress(dialog.txtIP, Qt::LeftButton);
+            QApplication::processEvents();
+            QTest::mouseRelease(dialog.txtIP, Qt::LeftButton);
+        },
+        [&] { QTest::mouseClick(dialog.cmdOK, Qt::LeftButton); },
+        [&] { QTest::keyClick(dialog.txtRepTravail, Qt::Key_Return); }};
+    for (const auto& leave : leaving) {
+        prompts.expectMessage(InvalidDirectoryFr);
+        leave();
+        QApplication::processEvents();
+        EXPECT_TRUE(prompts.done());
+        EXPECT_TRUE(dialog.isVisible());
+        EXPECT_EQ(QApplication::focusWidget(), dialog.txtRepTravail);
+    }
     EXPECT_EQ(App().DataPath, install.dir(QStringLiteral("NVNV")));
 
     // Corrected: the focus moves on freely.

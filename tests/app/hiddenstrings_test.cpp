@@ -56,10 +56,6 @@ TEST(HiddenStrings, TheProgramsTableGivesBackThePlainList) {
         const auto it = entries.find(n);
         EXPECT_EQ(HiddenString(n), it == entries.end() ? QString() : it->second) << n;
     }
-    // The protocol words go on the wire as five-character words.
-    for (int n : {5, 15, 27})
-        EXPECT_EQ(HiddenString(n).size(), 5) << n;
-
     QFile data(QStringLiteral(":/custom/101"));
     ASSERT_TRUE(data.open(QIODevice::ReadOnly));
     EXPECT_FALSE(data.readAll().contains(HiddenString(0).toLatin1())) << "stored in clear";
@@ -77,12 +73,9 @@ TEST(HiddenStrings, EveryByteValueSurvivesTheScrambling) {
         all.append(char(c));
     const HiddenTable table =
         tableOf({all, QByteArray("SAME"), QByteArray("SAME"), QByteArray(), QByteArray("x")});
-    EXPECT_EQ(table.entry(0), QString::fromLatin1(all));
-    EXPECT_EQ(table.entry(1), QStringLiteral("SAME"));
-    EXPECT_EQ(table.entry(2), QStringLiteral("SAME"));
-    EXPECT_EQ(table.entry(3), QString());
-    EXPECT_EQ(table.entry(4), QStringLiteral("x"));
-    EXPECT_EQ(table.entry(27), QString());
+    EXPECT_EQ(QStringList({table.entry(0), table.entry(1), table.entry(2), table.entry(3),
+                           table.entry(4), table.entry(27)}),
+              QStringList({QString::fromLatin1(all), "SAME", "SAME", "", "x", ""}));
 
     const HiddenScheme::Bytes key = {1, 2, 3};
     const HiddenScheme::Bytes same = {'S', 'A', 'M', 'E'};

@@ -2,6 +2,7 @@
 #include "app/hiddenstrings.h"
 #include "app/serviceprogram.h"
 #include "support/scriptedprompter.h"
+#include "support/testfiles.h"
 
 #include <QDir>
 #include <QFile>
@@ -37,15 +38,9 @@ protected:
     // The arguments of each logged call, in order (not the lines of the jobs that failed:
     // this directory is no installation). The log is named after the program as it is on disk.
     QStringList loggedCalls(const QString& program = HiddenString(0)) const {
-        QFile log(dir.filePath(QFileInfo(program).completeBaseName() + ".LOG"));
-        if (!log.open(QIODevice::ReadOnly | QIODevice::Text))
-            return {};
-        QStringList calls;
-        for (const QByteArray& line : log.readAll().split('\n')) {
-            const QByteArray text = line.mid(line.indexOf('\t') + 1);
-            if (!line.isEmpty() && !text.startsWith("! "))
-                calls << QString::fromUtf8(text);
-        }
+        QStringList calls =
+            LoggedLines(dir.filePath(QFileInfo(program).completeBaseName() + ".LOG"));
+        calls.removeIf([](const QString& line) { return line.startsWith(u"! "); });
         return calls;
     }
 
@@ -111,21 +106,12 @@ TEST_F(ServiceProgramTest, AnotherCodeDuringARunWaitsForThatRunToEnd) {
 }
 
 TEST_F(ServiceProgramTest, AProgramThatCannotStartGivesItsBoxAndMinusOne) {
-    {
-        ScriptedPrompter prompts;
-        prompts.expectMessage(QStringLiteral("53 File not found"));
-        EXPECT_EQ(RunServiceProgram(QStringLiteral("0"), 0), -1);
-    }
-    {
-        QFile plain(dir.filePath(HiddenString(0)));
-        ASSERT_TRUE(plain.open(QIODevice::WriteOnly));
-        plain.write("not a program");
-        plain.close();
-        plain.setPermissions(QFile::ReadOwner | QFile::WriteOwner);
-        ScriptedPrompter prompts;
-        prompts.expectMessage(QStringLiteral("70 Permission denied"));
-        EXPECT_EQ(RunServiceProgram(QStringLiteral("0"), 0), -1);
-    }
+    ScriptedPrompter prompts;
+    prompts.expectMessage(QStringLiteral("53 File not found"));
+    EXPECT_EQ(RunServiceProgram(QStringLiteral("0"), 0), -1);
+    WriteBytes(dir.filePath(HiddenString(0)), "not a program"); // not executable
+    prompts.expectMessage(QStringLiteral("70 Permission denied"));
+    EXPECT_EQ(RunServiceProgram(QStringLiteral("0"), 0), -1);
     EXPECT_EQ(LastServiceTaskId(), 0);
 }
 

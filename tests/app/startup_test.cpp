@@ -5,11 +5,13 @@
 
 #include "scriptedprompter.h"
 #include "tempinstall.h"
+#include "testfiles.h"
 
 #include <QApplication>
 #include <QDir>
 #include <QFile>
 #include <QWidget>
+#include <functional>
 #include <gtest/gtest.h>
 
 namespace {
@@ -78,10 +80,7 @@ struct StartupRun {
         return Main(commandLine, hooks, env);
     }
 
-    QString serviceLog() const {
-        QFile log(install.dir(QStringLiteral("NVNV")) + QStringLiteral("NVSERV.LOG"));
-        return log.open(QIODevice::ReadOnly) ? QString::fromUtf8(log.readAll()) : QString();
-    }
+    QStringList serviceLog() const { return LoggedLines(install.dir("NVNV") + "NVSERV.LOG"); }
 };
 
 } // namespace
@@ -119,7 +118,7 @@ TEST(Startup, ANormalStartOpensTheDataRunsTheServiceProgramAndShowsTheMainWindow
     EXPECT_EQ(QDir::current().absolutePath() + u'/', app.PrgPath);
     EXPECT_TRUE(QFile::exists(app.DataPath + run.install.serviceProgramName()))
         << "the service program is copied into the data directory";
-    EXPECT_TRUE(run.serviceLog().contains(QStringLiteral("0 2"))) << run.serviceLog().toStdString();
+    EXPECT_EQ(run.serviceLog(), QStringList{"0 2"});
 }
 
 TEST(Startup, AnInstallationCopiedWithLowerCaseNamesIsFoundAndBecomesTheCurrentDirectory) {
@@ -144,17 +143,12 @@ TEST(Startup, CommandLineWordsFollowTheirCaseRules) {
             << "update mode opens no data, converts nothing";
         EXPECT_TRUE(run.serviceLog().isEmpty()) << "and does not run the service program";
     }
-    {
+    for (const auto& [word, call] :
+         {std::pair{"Convert", "convert(forced)"}, {"convert", "convert"}}) {
         StartupRun run;
-        run.run(QStringLiteral("Convert"));
+        run.run(QString::fromLatin1(word));
         EXPECT_FALSE(App().UpdateMode);
-        EXPECT_TRUE(run.calls.contains(QStringLiteral("convert(forced)")));
-    }
-    {
-        StartupRun run;
-        run.run(QStringLiteral("convert"));
-        EXPECT_TRUE(run.calls.contains(QStringLiteral("convert")));
-        EXPECT_FALSE(run.calls.contains(QStringLiteral("convert(forced)")));
+        EXPECT_EQ(run.calls.filter(QStringLiteral("convert")), QStringList{call}) << word;
     }
 }
 
@@ -184,38 +178,27 @@ TEST(Startup, AValidDriveAtTheFourthPromptEvenRelativeLetsTheStartGoOn) {
     EXPECT_EQ(run.run(QString()), StartupOutcome::MainWindowShown);
     EXPECT_EQ(QFileInfo(App().DataPath).canonicalFilePath(),
               QFileInfo(run.install.dir(QStringLiteral("NVNV"))).canonicalFilePath());
-    EXPECT_TRUE(run.serviceLog().contains(QStringLiteral("0 2")));
+    EXPECT_EQ(run.serviceLog(), QStringList{"0 2"});
 }
 
 TEST(Startup, FailuresOfTheLaterStepsEndTheStart) {
-    {
+    const std::function<void(StartupRun&, ScriptedPrompter&)> failures[] = {
+        [](StartupRun& run, ScriptedPrompter&) { run.openDataResult = false; },
+        [](StartupRun& run, ScriptedPrompter&) { run.convertResult = false; },
+        [](StartupRun& run, ScriptedPrompter& prompts) { // no service program
+            QFile::remove(run.install.programDir() + u'/' + run.install.serviceProgramName());
+            prompts.expectMessage(MessageCatalogue::text(1077));
+        },
+        [](StartupRun& run, ScriptedPrompter& prompts) { // one that cannot run
+            run.install.write(run.install.dir("NVNV") + run.install.serviceProgramName(), "x");
+            prompts.expectMessageMatching(QStringLiteral("^\\d+ .+"));
+            prompts.expectMessage(MessageCatalogue::text(1078));
+        }};
+    for (const auto& fail : failures) {
         StartupRun run;
-        run.openDataResult = false;
-        EXPECT_EQ(run.run(QString()), StartupOutcome::Ended);
-        EXPECT_EQ(run.calls, QStringList{QStringLiteral("openData")});
-    }
-    {
-        StartupRun run;
-        run.convertResult = false;
-        EXPECT_EQ(run.run(QString()), StartupOutcome::Ended);
-        EXPECT_FALSE(run.calls.contains(QStringLiteral("showMainWindow")));
-    }
-    {
-        StartupRun run;
-        QFile::remove(run.install.programDir() + u'/' + run.install.serviceProgramName());
         ScriptedPrompter prompts;
-        prompts.expectMessage(MessageCatalogue::text(1077));
-        EXPECT_EQ(run.run(QString()), StartupOutcome::Ended) << "no service program";
-    }
-    {
-        StartupRun run;
-        run.install.write(run.install.dir(QStringLiteral("NVNV")) +
-                              run.install.serviceProgramName(),
-                          "not a program");
-        ScriptedPrompter prompts;
-        prompts.expectMessageMatching(QStringLiteral("^\\d+ .+"));
-        prompts.expectMessage(MessageCatalogue::text(1078));
-        EXPECT_EQ(run.run(QString()), StartupOutcome::Ended) << "a service program that cannot run";
+        fail(run, prompts);
+        EXPECT_EQ(run.run(QString()), StartupOutcome::Ended);
         EXPECT_FALSE(run.calls.contains(QStringLiteral("showMainWindow")));
     }
 }

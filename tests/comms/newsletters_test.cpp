@@ -34,19 +34,13 @@ NewTable IndexTable(const QList<Newsletter>& newsletters) {
                     {"CATEGORIE", 'C', 20, 0}, {"SUJET", 'C', 60, 0},     {"FICHIER", 'C', 12, 0},
                     {"LANGUE", 'C', 2, 0},     {"PAGES", 'N', 3, 0},      {"AUTEUR", 'C', 30, 0},
                     {"RESUME", 'C', 80, 0},    {"TEXTE", 'C', 254, 0}};
-    int number = 0;
     for (const Newsletter& n : newsletters) {
-        table.rows << QVariantList{QString::number(++number),
-                                   n.advertiser,
-                                   QVariant(),
-                                   "Nouvelles",
-                                   n.subject,
-                                   "NV.TXT",
-                                   "FR",
-                                   1,
-                                   QVariant(),
-                                   QVariant(),
-                                   n.text};
+        QVariantList row(table.fields.size());
+        row[0] = QString::number(table.rows.size() + 1);
+        row[1] = n.advertiser;
+        row[4] = n.subject;
+        row[10] = n.text;
+        table.rows << row;
     }
     return table;
 }

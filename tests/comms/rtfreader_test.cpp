@@ -59,12 +59,6 @@ TEST(RtfReader, RichTextIsToldFromPlainTextByItsFirstCharacters) {
     EXPECT_FALSE(IsRichText(u" {\\rtf1 x}"));
     EXPECT_FALSE(IsRichText(u"{\\RTF1 x}"));
     EXPECT_FALSE(IsRichText(u"Prix en baisse {\\rtf"));
-
-    QTextDocument document;
-    SetNewsletterText(document, QStringLiteral("{\\rtf1 {\\b Promo}}"));
-    EXPECT_EQ(TextOf(document), "Promo");
-    SetNewsletterText(document, QStringLiteral("Texte {\\b brut}\\par"));
-    EXPECT_EQ(TextOf(document), "Texte {\\b brut}\\par");
 }
 
 TEST(RtfReader, PlainTextAfterRichTextTakesNoneOfItsFormat) {

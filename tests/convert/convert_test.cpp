@@ -2,10 +2,10 @@
 // and the program's procedure with its questions, progress and error window.
 #include "oldtables.h"
 #include "scriptedprompter.h"
+#include "testfiles.h"
 
 #include "app/appstate.h"
 #include "app/frmerrmsg.h"
-#include "app/frmsplash.h"
 #include "app/messages.h"
 #include "data/moddata.h"
 #include "partsfile/modnvconvert.h"
@@ -21,7 +21,6 @@
 
 using namespace modNVConvert;
 using ::testing::ElementsAre;
-using ::testing::IsSupersetOf;
 
 namespace {
 
@@ -67,6 +66,8 @@ protected:
         ConversionObserver quiet;
         ConvertTable(open(), quiet);
     }
+    // The program's procedure, as start-up runs it (forced: the "Convert" command line).
+    static bool convertAtStart(bool forced) { return Convert(forced); }
 
     QTemporaryDir dir;
     Connection data;
@@ -168,66 +169,24 @@ TEST_F(ConvertTest, RebuildThenConvertGivesTheSameCatno) {
     EXPECT_EQ(UsedCodes(data), codes);
 }
 
-TEST_F(ConvertTest, AConvertedTableIsNotTouched) {
+// A converted table is not touched; a new program file waiting beside it replaces the old one.
+TEST_F(ConvertTest, AConvertedTableIsNotTouchedAndANewProgramFileIsSwappedIn) {
     WriteOldPrixList(dataDir(), {{"L1", "AB"}});
     WriteCataList(dataDir(), {catalogue("C1", {{"AB", ""}})});
     convert();
     data.close();
     const QDateTime written = QFileInfo(dataDir() + "PRIXLIST.DBF").lastModified();
-    const QStringList files = QDir(dataDir()).entryList(QDir::Files);
+    WriteBytes(dataDir() + "MERCANTE.EXE", "old program");
+    WriteBytes(dataDir() + "MERCANTE.NEW", "new program");
+    const QStringList files = QDir(dataDir()).entryList(QDir::Files).filter(u".DBF");
     openDataStore();
     ScriptedPrompter nothingAsked;
-    bool forced = false;
-    EXPECT_TRUE(Convert(forced));
+    EXPECT_TRUE(convertAtStart(false));
     EXPECT_EQ(QFileInfo(dataDir() + "PRIXLIST.DBF").lastModified(), written);
-    EXPECT_EQ(QDir(dataDir()).entryList(QDir::Files), files);
+    EXPECT_EQ(QDir(dataDir()).entryList(QDir::Files).filter(u".DBF"), files);
     EXPECT_EQ(rsPrixList.fieldCount(), 46);
-}
-
-TEST_F(ConvertTest, AnOldTableIsConvertedAfterOkWithProgressOnTheSplash) {
-    WriteOldPrixList(dataDir(), {{"L1", "AB"}, {"L2", "CD"}});
-    WriteCataList(dataDir(), {catalogue("C1", {{"AB", ""}}), catalogue("C2", {{"CD", ""}})});
-    openDataStore();
-    frmSplash splash;
-    splash.show();
-    ScriptedPrompter prompts;
-    prompts.expectMessage(LoadText(80), Buttons::OkCancel, Icon::None, {}, Answer::Ok)
-        .expectMessage(LoadText(81));
-    bool forced = false;
-    EXPECT_TRUE(Convert(forced));
-    EXPECT_EQ(splash.Label1->text(), QStringLiteral("Chargement en cours......100%"));
-    // The shared recordsets read the new table.
-    EXPECT_EQ(rsPrixList.fieldCount(), 46);
-    EXPECT_EQ(rsCataList.recordCount(), 2);
-    EXPECT_EQ(QDir::cleanPath(QDir::currentPath()), QDir::cleanPath(dataDir()));
-}
-
-TEST_F(ConvertTest, CancelEndsTheProgramWithTheTableUnconverted) {
-    WriteOldPrixList(dataDir(), {{"L1", "AB"}});
-    WriteCataList(dataDir(), {catalogue("C1", {{"AB", ""}})});
-    openDataStore();
-    ScriptedPrompter prompts;
-    prompts.expectMessage(LoadText(80), Buttons::OkCancel, Icon::None, {}, Answer::Cancel)
-        .expectMessage(LoadText(82));
-    bool forced = false;
-    EXPECT_FALSE(Convert(forced));
-    EXPECT_TRUE(App().QuitWithoutAsking);
-    EXPECT_EQ(PrixListFieldCount(open()), 45);
-}
-
-TEST_F(ConvertTest, TheRebuildKeepsTheOldFieldsAndEndsTheProgram) {
-    WriteOldPrixList(dataDir(), ManyLists(40, 5));
-    WriteCataList(dataDir(), ManyCatalogues(6, 5));
-    const QStringList old = TableText(open(), QStringLiteral("PRIXLIST"));
-    convert();
-    data.close();
-    openDataStore();
-    ScriptedPrompter prompts;
-    prompts.expectMessage(LoadText(133), Buttons::Ok, Icon::Information, {}, Answer::Ok);
-    bool forced = true;
-    EXPECT_FALSE(Convert(forced));
-    EXPECT_TRUE(App().QuitWithoutAsking);
-    EXPECT_EQ(TableText(open(), QStringLiteral("PRIXLIST")), old);
+    EXPECT_FALSE(QFile::exists(dataDir() + "MERCANTE.NEW"));
+    EXPECT_EQ(ReadBytes(dataDir() + "MERCANTE.EXE"), "new program");
 }
 
 // A list naming a catalogue that is no longer activated sends the trees to the restart mode:
@@ -236,49 +195,28 @@ TEST_F(ConvertTest, TheRestartModeLetsTheNextStartOpen) {
     WriteOldPrixList(dataDir(), {{"L1", "AB"}, {"L2", "CD"}});
     WriteCataList(dataDir(),
                   {catalogue("C1", {{"AB", ""}}, "A"), catalogue("C2", {{"CD", ""}}, "B")});
+    const QStringList old = TableText(open(), QStringLiteral("PRIXLIST"));
     convert();
     ASSERT_THAT(CatnoByList(data), ElementsAre("L1=C1;", "L2=C2;"));
-    WriteCataList(dataDir(), {catalogue("C1", {{"AB", ""}}, "A"), [] {
-                                  Catalogue c = catalogue("C2", {{"CD", ""}}, "B");
-                                  c.utiliser = false;
-                                  return c;
-                              }()});
+    Catalogue idle = catalogue("C2", {{"CD", ""}}, "B");
+    idle.utiliser = false;
+    WriteCataList(dataDir(), {catalogue("C1", {{"AB", ""}}, "A"), idle});
     data.close();
     openDataStore();
     {
         ScriptedPrompter prompts;
-        prompts.expectMessage(LoadText(133), Buttons::Ok, Icon::Information, {}, Answer::Ok);
-        bool forced = true;
-        EXPECT_FALSE(Convert(forced));
+        ExpectRebuild(prompts);
+        EXPECT_FALSE(convertAtStart(true));
+        EXPECT_TRUE(App().QuitWithoutAsking);
     }
     closeDataStore();
+    EXPECT_EQ(TableText(open(), QStringLiteral("PRIXLIST")), old) << "the old fields come back";
+    data.close();
     openDataStore();
     ScriptedPrompter prompts;
-    prompts.expectMessage(LoadText(80), Buttons::OkCancel, Icon::None, {}, Answer::Ok)
-        .expectMessage(LoadText(81));
-    bool forced = false;
-    EXPECT_TRUE(Convert(forced));
+    ExpectConversion(prompts, Answer::Ok);
+    EXPECT_TRUE(convertAtStart(false));
     EXPECT_THAT(CatnoByList(open()), ElementsAre("L1=C1;", "L2="));
-}
-
-TEST_F(ConvertTest, ANewProgramFileReplacesTheOldOne) {
-    WriteOldPrixList(dataDir(), {{"L1", "AB"}});
-    WriteCataList(dataDir(), {catalogue("C1", {{"AB", ""}})});
-    convert();
-    data.close();
-    QFile(dataDir() + "MERCANTE.EXE").open(QIODevice::WriteOnly);
-    QFile fresh(dataDir() + "MERCANTE.NEW");
-    ASSERT_TRUE(fresh.open(QIODevice::WriteOnly));
-    fresh.write("new program");
-    fresh.close();
-    openDataStore();
-    ScriptedPrompter nothingAsked;
-    bool forced = false;
-    EXPECT_TRUE(Convert(forced));
-    EXPECT_FALSE(QFile::exists(dataDir() + "MERCANTE.NEW"));
-    QFile program(dataDir() + "MERCANTE.EXE");
-    ASSERT_TRUE(program.open(QIODevice::ReadOnly));
-    EXPECT_EQ(program.readAll(), "new program");
 }
 
 TEST_F(ConvertTest, AFailureShowsTheErrorWindowAndEndsTheProgram) {
@@ -287,8 +225,7 @@ TEST_F(ConvertTest, AFailureShowsTheErrorWindowAndEndsTheProgram) {
     ScriptedPrompter prompts;
     prompts.expectMessage(LoadText(80), Buttons::OkCancel, Icon::None, {}, Answer::Ok);
     ErrorWindowCloser errorWindow;
-    bool forced = false;
-    EXPECT_FALSE(Convert(forced));
+    EXPECT_FALSE(convertAtStart(false));
     EXPECT_TRUE(
         errorWindow.text.startsWith(QStringLiteral("errConvert: \r\n") + LoadText(137) + "\r\n"))
         << errorWindow.text.toStdString();

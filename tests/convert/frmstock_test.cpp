@@ -2,17 +2,16 @@
 // the parts file as the part search then shows it.
 #include "scriptedprompter.h"
 #include "tempinstall.h"
+#include "testfiles.h"
 
 #include "app/appstate.h"
 #include "app/messages.h"
 #include "app/serviceprogram.h"
 #include "data/moddata.h"
-#include "dbase/recordset.h"
 #include "partsfile/frmstock.h"
 #include "partsfile/modntx.h"
 #include "partsfile/partsearchpane.h"
-#include "stockfixtures/ntxwriter.h"
-#include "stockfixtures/stocktable.h"
+#include "stockfixtures/stockgenerator.h"
 
 #include <QApplication>
 #include <QFile>
@@ -50,46 +49,21 @@ protected:
             connPrg.close();
     }
 
-    void writeStock() {
-        StockTableWriter table(App().PrgPath + "STOCK.DBF");
-        std::vector<NtxEntry> entries;
-        for (int i = 0; i < StockNumbers.size(); ++i) {
+    static void writeStock() {
+        std::vector<StockPart> parts;
+        for (const QString& number : StockNumbers) {
             StockPart part;
-            part.number = StockNumbers[i];
-            part.description = QStringLiteral("Part %1").arg(i);
-            table.append(part);
-            entries.push_back({NtxKeyOf(StockNumbers[i]), quint32(i + 1)});
+            part.number = number;
+            parts.push_back(part);
         }
-        ASSERT_TRUE(table.finish());
-        QFile index(App().PrgPath + "STOCK.NTX");
-        ASSERT_TRUE(index.open(QIODevice::WriteOnly));
-        index.write(BuildNtx(entries).bytes);
+        ASSERT_FALSE(WriteStockFiles(App().PrgPath, parts).bytes.isEmpty());
     }
 
-    // The rows of a work table, "ORI|NEW" as stored (Null as empty).
-    QStringList workRows(const QString& table) {
-        Recordset rs;
-        rs.open(table, connPrg, CursorType::Static, LockType::ReadOnly);
-        QStringList rows;
-        for (; !rs.eof(); rs.moveNext()) {
-            QStringList cells;
-            for (int i = 0; i < rs.fieldCount(); ++i)
-                cells << rs.value(i).toString();
-            rows << cells.join(u'|');
-        }
-        return rows;
-    }
+    QStringList workRows(const QString& table) const { return TableRows(App().PrgPath, table); }
     // The service program's runs, by their arguments.
     QStringList serviceRuns() const {
-        QFile log(App().DataPath + QFileInfo(install.serviceProgramName()).completeBaseName() +
-                  ".LOG");
-        if (!log.open(QIODevice::ReadOnly | QIODevice::Text))
-            return {};
-        QStringList runs;
-        for (const QByteArray& line : log.readAll().split('\n'))
-            if (!line.isEmpty())
-                runs << QString::fromUtf8(line.mid(line.indexOf('\t') + 1));
-        return runs;
+        return LoggedLines(App().DataPath +
+                           QFileInfo(install.serviceProgramName()).completeBaseName() + ".LOG");
     }
     // The part numbers the search lists for a text (after the heading).
     static QStringList found(const QString& text) {
@@ -162,9 +136,7 @@ TEST_F(FrmStockTest, TheDeletionRemovesThePartsAndSaysDone) {
 }
 
 TEST_F(FrmStockTest, FourBlankNumbersStillRunTheServiceProgram) {
-    QFile old(App().PrgPath + "MEEFFACE.DBF");
-    ASSERT_TRUE(old.open(QIODevice::WriteOnly)); // a leftover of another run goes first
-    old.close();
+    WriteBytes(App().PrgPath + "MEEFFACE.DBF", {}); // a leftover of another run goes first
     frmStock dialog(nullptr);
     ScriptedPrompter prompts;
     prompts.expectMessage(LoadText(117));

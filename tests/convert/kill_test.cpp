@@ -2,6 +2,7 @@
 // it is stopped after each file step and killed at random moments, and each time PRIXLIST is
 // either the old table or the complete new one, and the next run ends with the new one.
 #include "oldtables.h"
+#include "testfiles.h"
 
 #include "dbase/connection.h"
 
@@ -32,18 +33,8 @@ std::string firstDifference(const QStringList& a, const QStringList& b) {
     return {};
 }
 
-struct ChildRun {
-    int status = -1;
-    QByteArray output;
-};
-
-ChildRun runProgram(const QString& program, const QStringList& arguments) {
-    QProcess process;
-    process.setProcessChannelMode(QProcess::MergedChannels);
-    process.start(program, arguments);
-    process.waitForFinished(120000);
-    return {process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1,
-            process.readAll()};
+ProgramRun runProgram(const QString& program, const QStringList& arguments) {
+    return RunProgram(program, arguments, 120000);
 }
 
 // An installation in a temporary directory, its tables copied in from a saved state.
@@ -52,8 +43,7 @@ public:
     Installation() {
         QDir().mkpath(drive() + "PRG");
         QDir().mkpath(dataDir());
-        QFile menu(drive() + "PRG/MENU.EXE");
-        menu.open(QIODevice::WriteOnly);
+        WriteBytes(drive() + "PRG/MENU.EXE", {});
     }
     QString drive() const { return root_.path() + u'/'; }
     QString dataDir() const { return drive() + "NVNV/"; }
@@ -76,7 +66,7 @@ public:
         data.open(dataDir());
         return {TableText(data, QStringLiteral("PRIXLIST")), UsedCodes(data)};
     }
-    ChildRun convert(const QStringList& options = {}) const {
+    ProgramRun convert(const QStringList& options = {}) const {
         return runProgram(CONVERTLISTS_PATH, QStringList{drive()} << options);
     }
 
@@ -93,8 +83,8 @@ protected:
         WriteCataList(install.dataDir(), ManyCatalogues(catalogues, codes));
         oldState = install.save(QStringLiteral("old"));
         before = install.tables();
-        const ChildRun run = install.convert();
-        ASSERT_EQ(run.status, 0) << run.output.toStdString();
+        const ProgramRun run = install.convert();
+        ASSERT_EQ(run.status, 0) << (run.out + run.err).constData();
         after = install.tables();
         convertedState = install.save(QStringLiteral("converted"));
         install.restore(oldState);
@@ -118,8 +108,8 @@ protected:
     // The next run finishes or redoes the conversion, and leaves no work table.
     void expectNextRunGives(const Tables& expected, const std::string& when) {
         SCOPED_TRACE(when);
-        const ChildRun run = install.convert();
-        ASSERT_EQ(run.status, 0) << run.output.toStdString();
+        const ProgramRun run = install.convert();
+        ASSERT_EQ(run.status, 0) << (run.out + run.err).constData();
         const Tables now = install.tables();
         EXPECT_EQ(firstDifference(now.prixList, expected.prixList), "");
         EXPECT_EQ(firstDifference(now.usedCodes, expected.usedCodes), "");
@@ -128,11 +118,11 @@ protected:
         EXPECT_TRUE(left.isEmpty()) << left.join(' ').toStdString();
     }
     int stepCount(const QStringList& options) {
-        const ChildRun run =
+        const ProgramRun run =
             runProgram(CONVERT_CHILD_PATH, QStringList{"--count", install.drive()} << options);
-        return run.output.mid(run.output.lastIndexOf("steps ") + 6).trimmed().toInt();
+        return run.out.mid(run.out.lastIndexOf("steps ") + 6).trimmed().toInt();
     }
-    ChildRun stopAfter(int step, const char* by, const QStringList& options = {}) {
+    ProgramRun stopAfter(int step, const char* by, const QStringList& options = {}) {
         return runProgram(
             CONVERT_CHILD_PATH,
             QStringList{"--stop-after", QString::number(step), "--by", by, install.drive()}
@@ -157,7 +147,7 @@ TEST_F(KillTest, AFailureOrAnEndAfterEachFileStepLosesNothing) {
         for (int step = 1; step <= steps; ++step) {
             const std::string when = std::string(by) + " after file step " + std::to_string(step);
             install.restore(oldState);
-            const ChildRun run = stopAfter(step, by);
+            const ProgramRun run = stopAfter(step, by);
             EXPECT_EQ(run.status, std::string(by) == "fail" ? 1 : 3) << when;
             expectOneOf({&before, &after}, when);
             expectNextRunGives(after, when);
@@ -179,8 +169,8 @@ TEST_F(KillTest, AStoppedRebuildLosesNothing) {
         install.restore(convertedState);
         EXPECT_EQ(stopAfter(step, "die", {"--force"}).status, 3) << when;
         expectOneOf({&before, &after, &again}, when);
-        const ChildRun run = install.convert();
-        ASSERT_EQ(run.status, 0) << run.output.toStdString();
+        const ProgramRun run = install.convert();
+        ASSERT_EQ(run.status, 0) << (run.out + run.err).constData();
         expectOneOf({&after, &again}, when);
     }
 }

@@ -1,4 +1,7 @@
 #include "oldtables.h"
+#include "scriptedprompter.h"
+
+#include "app/messages.h"
 
 #include "dbase/connection.h"
 #include "dbase/recordset.h"
@@ -176,4 +179,13 @@ QStringList UsedCodes(Connection& data) {
         lines << rs.value(QStringLiteral("FICHIER")).toString() + u'=' + codes.join(u',');
     }
     return lines;
+}
+
+void ExpectConversion(ScriptedPrompter& prompts, Answer answer) {
+    prompts.expectMessage(LoadText(80), Buttons::OkCancel, Icon::None, {}, answer)
+        .expectMessage(LoadText(answer == Answer::Ok ? 81 : 82));
+}
+
+void ExpectRebuild(ScriptedPrompter& prompts) {
+    prompts.expectMessage(LoadText(133), Buttons::Ok, Icon::Information, {}, Answer::Ok);
 }

@@ -3,12 +3,15 @@
 // Data directories as the conversion finds them: PRIXLIST in its 45-field form and CATALIST
 // with the catalogues' categories, written with the engine's table writer.
 
+#include "app/prompts.h"
+
 #include <QList>
 #include <QString>
 #include <QStringList>
 #include <array>
 
 class Connection;
+class ScriptedPrompter;
 
 struct OldList {
     OldList(const char* fichier, const char* codeGro, bool utiliser = true)
@@ -51,3 +54,8 @@ QStringList TableText(Connection& data, const QString& table);
 QStringList CatnoByList(Connection& data);
 // GRL1..GRL9 of each catalogue ("C1=AB,,,...").
 QStringList UsedCodes(Connection& data);
+
+// The questions of a conversion at start-up: 1080 answered, then 1081 (done) or 1082 (ended).
+void ExpectConversion(ScriptedPrompter& prompts, Answer answer);
+// The notice of a forced rebuild, 1133.
+void ExpectRebuild(ScriptedPrompter& prompts);

@@ -80,25 +80,24 @@ private:
 
 TEST_F(StartupConvertTest, AnOldInstallationConvertsWithProgressOnTheSplashThenOpens) {
     ScriptedPrompter prompts;
-    prompts.expectMessage(LoadText(80), Buttons::OkCancel, Icon::None, {}, Answer::Ok)
-        .expectMessage(LoadText(81));
+    ExpectConversion(prompts, Answer::Ok);
     SplashWatch splash;
     EXPECT_EQ(start(QString()), StartupOutcome::MainWindowShown);
     EXPECT_TRUE(mainWindowShown);
-    EXPECT_EQ(fieldCount(), 46);
+    EXPECT_EQ(fieldCount(), 46); // the shared recordsets read the new tables
+    EXPECT_EQ(rsCataList.recordCount(), 1);
     EXPECT_TRUE(splash.texts.contains(QStringLiteral("Chargement en cours......100%")));
 }
 
 TEST_F(StartupConvertTest, TheConvertCommandLineRebuildsAndEnds) {
     {
         ScriptedPrompter prompts;
-        prompts.expectMessage(LoadText(80), Buttons::OkCancel, Icon::None, {}, Answer::Ok)
-            .expectMessage(LoadText(81));
+        ExpectConversion(prompts, Answer::Ok);
         ASSERT_EQ(start(QString()), StartupOutcome::MainWindowShown);
     }
     TearDown();
     ScriptedPrompter prompts;
-    prompts.expectMessage(LoadText(133), Buttons::Ok, Icon::Information, {}, Answer::Ok);
+    ExpectRebuild(prompts);
     mainWindowShown = false;
     EXPECT_EQ(start(QStringLiteral("Convert")), StartupOutcome::Ended);
     EXPECT_FALSE(mainWindowShown);
@@ -108,9 +107,9 @@ TEST_F(StartupConvertTest, TheConvertCommandLineRebuildsAndEnds) {
 
 TEST_F(StartupConvertTest, ACancelledConversionEndsTheStart) {
     ScriptedPrompter prompts;
-    prompts.expectMessage(LoadText(80), Buttons::OkCancel, Icon::None, {}, Answer::Cancel)
-        .expectMessage(LoadText(82));
+    ExpectConversion(prompts, Answer::Cancel);
     EXPECT_EQ(start(QString()), StartupOutcome::Ended);
     EXPECT_FALSE(mainWindowShown);
+    EXPECT_TRUE(App().QuitWithoutAsking);
     EXPECT_EQ(fieldCount(), 45);
 }

@@ -37,9 +37,6 @@ TEST_F(DemoTablesTest, PriceListsOfEveryKindWithAssociationsToActivatedCatalogue
     ASSERT_TRUE(OpenData());
     EXPECT_EQ(MPDetectInstal(), "1");
     ASSERT_EQ(rsPrixList.fieldCount(), 46);
-    EXPECT_EQ(rsPrixList.fieldName(0), "UTILISER");
-    EXPECT_EQ(rsPrixList.fieldName(16), "DEPARTEM");
-    EXPECT_EQ(rsPrixList.fieldName(44), "FICFAMILLE");
     EXPECT_EQ(rsPrixList.field(45), (FieldDef{"CATNO", 'C', 254, 0}));
     EXPECT_GE(rsPrixList.recordCount(), 55);
 
@@ -110,7 +107,4 @@ TEST_F(DemoTablesTest, TheOtherStatementsOfTheProgramAreAnswered) {
     rs.open("PRIXTEMP.DBF", data, CursorType::Keyset, LockType::Optimistic);
     EXPECT_EQ(rs.fieldCount(), 46);
     EXPECT_EQ(rs.recordCount(), copied);
-    rs.close();
-    prg.execute("CREATE TABLE MEREMPLA (ORI TEXT(15), NEW TEXT(15))");
-    prg.execute("CREATE TABLE MEEFFACE (ORI TEXT(15))");
 }

@@ -2,6 +2,7 @@
 
 #include "dbase/connection.h"
 #include "dbase/fielddef.h"
+#include "dbase/recordset.h"
 #include "dbase/tablewriter.h"
 
 #include <QDir>
@@ -20,6 +21,15 @@ inline FieldDef dateField(const char* name) {
 }
 inline FieldDef logicalField(const char* name) {
     return {name, 'L', 1, 0};
+}
+
+// One field of every row, from the first (Null as "<null>").
+inline QStringList column(Recordset& rs, const QString& field) {
+    QStringList values;
+    for (rs.moveFirst(); !rs.eof(); rs.moveNext())
+        values << (rs.value(field).isNull() ? QStringLiteral("<null>")
+                                            : rs.value(field).toString());
+    return values;
 }
 
 // A directory of tables for one test, and a connection on it.
@@ -50,6 +60,13 @@ protected:
         QFile f(path(file));
         ASSERT_TRUE(f.open(QIODevice::WriteOnly | QIODevice::Truncate));
         f.write(data);
+    }
+
+    // One field of a table as stored now, read through a recordset of its own.
+    QStringList stored(const QString& table, const QString& field) {
+        Recordset fresh;
+        fresh.open(table, connection);
+        return column(fresh, field);
     }
 
     QTemporaryDir dir;

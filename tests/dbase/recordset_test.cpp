@@ -6,17 +6,6 @@
 
 #include <QSignalSpy>
 
-namespace {
-
-QStringList codes(Recordset& rs) {
-    QStringList values;
-    for (rs.moveFirst(); !rs.eof(); rs.moveNext())
-        values << rs.value("FICHIER").toString();
-    return values;
-}
-
-} // namespace
-
 class RecordsetTest : public DbaseTest {
 protected:
     void SetUp() override {
@@ -34,14 +23,7 @@ protected:
         rs.open("SELECT * FROM PRIXLIST ORDER BY [DESC]", connection, CursorType::Keyset, lock);
     }
 
-    QStringList storedCodes() {
-        Recordset fresh;
-        fresh.open("PRIXLIST", connection);
-        QStringList values;
-        for (; !fresh.eof(); fresh.moveNext())
-            values << fresh.value("CODEGRO").toString();
-        return values;
-    }
+    QStringList storedCodes() { return stored("PRIXLIST", "CODEGRO"); }
 
     Recordset rs;
 };
@@ -152,9 +134,9 @@ TEST_F(RecordsetTest, BatchEditsStayPendingUntilUpdateBatch) {
 TEST_F(RecordsetTest, FiltersWithTheProgramsExpressions) {
     open();
     rs.setFilter("[UTILISER] = True AND [CODEGRO] = 'AB'");
-    EXPECT_EQ(codes(rs), QStringList({"B", "D"}));
+    EXPECT_EQ(column(rs, "FICHIER"), QStringList({"B", "D"}));
     rs.setFilter("[CODEGRO] = 'CD' OR [PASOBLIGER] = -1");
-    EXPECT_EQ(codes(rs), QStringList({"A", "C"}));
+    EXPECT_EQ(column(rs, "FICHIER"), QStringList({"A", "C"}));
     rs.setFilter("[CODEGRO] = 'AB' AND [UTILISER]=True");
     EXPECT_EQ(rs.recordCount(), 2);
     rs.setFilter("[FICHIER] = 'C'");
@@ -200,5 +182,5 @@ TEST_F(RecordsetTest, RequerySeesTheTableAsItIsNow) {
     rs.requery();
     EXPECT_EQ(rs.filter(), "[UTILISER] = True");
     rs.setFilter("");
-    EXPECT_EQ(codes(rs), QStringList({"A", "B", "C", "D", "E"}));
+    EXPECT_EQ(column(rs, "FICHIER"), QStringList({"A", "B", "C", "D", "E"}));
 }

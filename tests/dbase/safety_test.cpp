@@ -7,9 +7,9 @@
 #include "dbase/recordset.h"
 #include "dbase/tablefile.h"
 #include "support/faildevice.h"
+#include "support/testfiles.h"
 
 #include <QDate>
-#include <QProcess>
 
 class SafetyTest : public DbaseTest {
 protected:
@@ -53,10 +53,8 @@ TEST_F(SafetyTest, ATableCopiedWholeIsTheSameFile) {
 
 TEST_F(SafetyTest, DbfsqlPrintsRowsAndChanges) {
     const auto run = [this](const QString& sql) {
-        QProcess p;
-        p.start(QStringLiteral(DBFSQL), {dir.path(), sql});
-        p.waitForFinished();
-        return QString::fromUtf8(p.readAllStandardOutput() + p.readAllStandardError());
+        const ProgramRun p = RunProgram(QStringLiteral(DBFSQL), {dir.path(), sql});
+        return QString::fromUtf8(p.out + p.err);
     };
     EXPECT_EQ(run("SELECT * FROM PRIXLIST ORDER BY FICHIER DESC"),
               "FICHIER\tPCT1\nCCC\t-2.00\nAAA\t1.50\n");

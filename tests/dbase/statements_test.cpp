@@ -6,18 +6,6 @@
 
 #include <QDate>
 
-namespace {
-
-QStringList column(Recordset& rs, const QString& field) {
-    QStringList values;
-    for (rs.moveFirst(); !rs.eof(); rs.moveNext())
-        values << (rs.value(field).isNull() ? QStringLiteral("<null>")
-                                            : rs.value(field).toString());
-    return values;
-}
-
-} // namespace
-
 class StatementsTest : public DbaseTest {};
 
 TEST_F(StatementsTest, OrderByFollowsTheStoredBytesWithNullsFirstAndFileOrderForTies) {

@@ -9,6 +9,7 @@
 #include "data/moddata.h"
 #include "demotables.h"
 #include "mainwindow/commandstrip.h"
+#include "mainwindow/downloadview.h"
 #include "partsfile/partsearchpane.h"
 #include "pricelists/configpane.h"
 #include "pricelists/keyedtree.h"
@@ -29,6 +30,7 @@
 #include <QTabBar>
 #include <QTabWidget>
 #include <QComboBox>
+#include <QTcpServer>
 #include <QTest>
 #include <gtest/gtest.h>
 
@@ -49,7 +51,7 @@ TEST_F(MainWindowFixture, LabelPutsTheCaptionsOfTheChosenLanguage) {
     english.Load();
     EXPECT_EQ(english.tbsInfo->tabText(2), QStringLiteral("Newsletters"));
     EXPECT_EQ(english.Picture1->lblMenu[1]->text(), QStringLiteral("Deactivate"));
-    EXPECT_EQ(english.downloadPage->lblCHK[4]->text(), QStringLiteral("Partdex"));
+    EXPECT_EQ(english.downloadPage->lblCHK[4]->text(), QStringLiteral("Partdex 5.2.1"));
 }
 
 TEST_F(MainWindowFixture, ClosingAsksUnlessATransferRunsOrTheProgramMustQuit) {
@@ -67,9 +69,13 @@ TEST_F(MainWindowFixture, ClosingAsksUnlessATransferRunsOrTheProgramMustQuit) {
     }
     {
         ScriptedPrompter prompts; // no question at all while a transfer runs
-        main->downloadPage->cmdOK->setText(MessageCatalogue::text(1116));
+        QTcpServer server;
+        server.listen(QHostAddress::LocalHost, 0);
+        App().Settings.IP = QStringLiteral("127.0.0.1");
+        App().Settings.Port = qint16(server.serverPort());
+        main->downloadView->session().start();
         EXPECT_FALSE(main->QueryUnload());
-        main->downloadPage->cmdOK->setText(MessageCatalogue::text(1096));
+        main->downloadView->session().abortConnection();
     }
     {
         ScriptedPrompter prompts;

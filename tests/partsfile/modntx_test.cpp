@@ -134,13 +134,6 @@ TEST_F(SearchStockTest, PartLineKeepsTheFieldsAsTheyStand) {
                                               "    12.50    11.25    10.63    10.00      7.50 EL"));
 }
 
-TEST_F(SearchStockTest, HeadingGivesEachColumnItsWidth) {
-    App().Settings.Nation = 2000;
-    EXPECT_EQ(modNTX::StockHeading(),
-              QStringLiteral("NUMBER         DESCRIPTION                      PRICE-1  PRICE-2  "
-                             "PRICE-3  PRICE-4  COST    FAM "));
-}
-
 TEST_F(SearchStockTest, ReadsTheTreePathAndThePagesHoldingMatches) {
     std::vector<StockPart> parts;
     std::mt19937 rng(3);

@@ -6,12 +6,12 @@
 #include "partsfile/partsearch.h"
 #include "stockfixtures/stockgenerator.h"
 #include "support/scriptedprompter.h"
+#include "support/testfiles.h"
 
 #include <QApplication>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
-#include <QProcess>
 #include <QTemporaryDir>
 #include <QTest>
 #include <gtest/gtest.h>
@@ -79,14 +79,11 @@ struct ToolRun {
 };
 
 ToolRun runStockSearch(const QStringList& arguments) {
-    QProcess process;
-    process.start(QStringLiteral(STOCKSEARCH_PATH), arguments);
-    EXPECT_TRUE(process.waitForFinished(30000));
-    ToolRun run{process.exitCode(), QString::fromUtf8(process.readAllStandardOutput()).split(u'\n'),
-                QString::fromUtf8(process.readAllStandardError()).trimmed()};
-    if (run.out.last().isEmpty())
-        run.out.removeLast();
-    return run;
+    const ProgramRun run = RunProgram(QStringLiteral(STOCKSEARCH_PATH), arguments, 30000);
+    QStringList out = QString::fromUtf8(run.out).split(u'\n');
+    if (out.last().isEmpty())
+        out.removeLast();
+    return {run.status, out, QString::fromUtf8(run.err).trimmed()};
 }
 
 std::unique_ptr<QTemporaryDir> PartSearchPaneTest::dir;

@@ -56,10 +56,14 @@ void WritePrixList(const QString& directory, const QList<ListRow>& rows) {
         values[4] = dateValue(r.dateStk);
         values[5] = textValue(r.codeGro);
         values[6] = r.pasObliger;
+        for (int k = 0; k < 4; ++k)
+            values[7 + k] = textValue(r.codes[k]);
         values[11] = r.coutDe;
         values[17] = true;
         values[18] = false;
+        values[16] = textValue(r.departem);
         values[19] = true;
+        values[20] = textValue(r.fournis);
         values[44] = textValue(r.ficFamille);
         values[45] = textValue(r.catNo);
         table.rows << values;
@@ -71,9 +75,18 @@ void WriteCataList(const QString& directory, const QList<CatalogueRow>& rows) {
     NewTable table;
     table.fields = {text("FICHIER", 3), text("DESC", 40), logical("UTILISER"), date("DATESTK"),
                     date("DATEEFF")};
-    for (const CatalogueRow& r : rows)
-        table.rows << QVariantList{r.fichier, r.desc, r.utiliser, dateValue(r.dateStk),
-                                   dateValue(r.dateEff)};
+    for (const char* family : {"GR", "GRD", "GRL"})
+        for (int n = 1; n <= 9; ++n)
+            table.fields << FieldDef{QLatin1String(family) + QString::number(n), 'C',
+                                     QLatin1String(family) == QLatin1String("GRD") ? 25 : 4, 0};
+    for (const CatalogueRow& r : rows) {
+        QVariantList values{r.fichier, r.desc, r.utiliser, dateValue(r.dateStk),
+                            dateValue(r.dateEff)};
+        for (const auto* family : {&r.gr, &r.grd, &r.grl})
+            for (const QString& value : *family)
+                values << textValue(value);
+        table.rows << values;
+    }
     writeNewTable(directory + QStringLiteral("/CATALIST.DBF"), table);
 }
 

@@ -7,6 +7,7 @@
 #include <QList>
 #include <QString>
 #include <QVariant>
+#include <array>
 #include <optional>
 
 // One PRIXLIST row; fields left out are Null.
@@ -21,6 +22,9 @@ struct ListRow {
     QVariant coutDe = 1.0;
     QString ficFamille;
     QString catNo;
+    std::array<QString, 4> codes = {}; // CODENVC, CODEUNI, CODEACK, CODEUAP
+    QString departem;
+    QString fournis;
 };
 
 struct CatalogueRow {
@@ -29,6 +33,10 @@ struct CatalogueRow {
     bool utiliser = true;
     std::optional<QDate> dateEff;
     std::optional<QDate> dateStk;
+    // The product categories 1 to 9: suggested code, description, code in use.
+    std::array<QString, 9> gr = {};
+    std::array<QString, 9> grd = {};
+    std::array<QString, 9> grl = {};
 };
 
 // The date the tests take for today.

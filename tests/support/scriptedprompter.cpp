@@ -46,7 +46,7 @@ ScriptedPrompter& ScriptedPrompter::expectMessageMatching(const QString& pattern
 Answer ScriptedPrompter::messageBox(const QString& text, Buttons buttons, Icon icon,
                                     const QString& title) {
     shown_ << text;
-    if (script_.empty() || script_.front().input) {
+    if (script_.empty() || script_.front().input || script_.front().question) {
         ADD_FAILURE() << "unexpected message box: " << text.toStdString();
         return buttons == Buttons::Ok ? Answer::Ok : Answer::Cancel;
     }
@@ -68,7 +68,7 @@ Answer ScriptedPrompter::messageBox(const QString& text, Buttons buttons, Icon i
 QString ScriptedPrompter::inputBox(const QString& prompt, const QString&,
                                    const QString& defaultAnswer) {
     shown_ << prompt;
-    if (script_.empty() || !script_.front().input) {
+    if (script_.empty() || !script_.front().input || script_.front().question) {
         ADD_FAILURE() << "unexpected input box: " << prompt.toStdString();
         return {};
     }
@@ -79,4 +79,39 @@ QString ScriptedPrompter::inputBox(const QString& prompt, const QString&,
         EXPECT_EQ(step.proposed->toStdString(), defaultAnswer.toStdString()) << "proposed";
     }
     return step.typed;
+}
+
+ScriptedPrompter& ScriptedPrompter::expectQuestion(const QString& text,
+                                                   const QuestionAnswer& answer) {
+    Step step{false, text, false, Buttons::Ok, Icon::None, {}, Answer::Ok, {}};
+    step.question = true;
+    step.reply = answer;
+    script_.push_back(step);
+    return *this;
+}
+
+ScriptedPrompter& ScriptedPrompter::expectQuestion(const QString& text, const QString& typed,
+                                                   bool option) {
+    QuestionAnswer answer;
+    answer.bouton = QuestionAnswer::Accept;
+    answer.text = typed;
+    answer.option = option;
+    return expectQuestion(text, answer);
+}
+
+// An accepted answer that names no department keeps the one the dialog preselected.
+QuestionAnswer ScriptedPrompter::question(const Question& question) {
+    shown_ << question.text;
+    questions_ << question;
+    if (script_.empty() || !script_.front().question) {
+        ADD_FAILURE() << "unexpected question: " << question.text.toStdString();
+        return {};
+    }
+    const Step step = script_.front();
+    script_.pop_front();
+    EXPECT_EQ(step.text.toStdString(), question.text.toStdString());
+    QuestionAnswer answer = step.reply;
+    if (answer.departement.isEmpty() && question.showDepartement)
+        answer.departement = question.departement;
+    return answer;
 }

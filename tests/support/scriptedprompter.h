@@ -2,6 +2,7 @@
 
 #include "app/prompts.h"
 
+#include <QList>
 #include <QString>
 #include <QStringList>
 #include <deque>
@@ -25,6 +26,14 @@ public:
     // A box whose text is not known in advance (a system error description, say).
     ScriptedPrompter& expectMessageMatching(const QString& pattern, Answer answer = Answer::Ok);
 
+    // A question of the question dialog, whose text (TexteQuestion) must match; the dialog
+    // answers with `answer`. The question itself is kept for assertions (questions()).
+    ScriptedPrompter& expectQuestion(const QString& text, const QuestionAnswer& answer);
+    // Accepting the question with a typed text and the check box value.
+    ScriptedPrompter& expectQuestion(const QString& text, const QString& typed,
+                                     bool option = false);
+    const QList<Question>& questions() const { return questions_; }
+
     // Every text shown so far (messages and input prompts), for assertions on order.
     const QStringList& shown() const { return shown_; }
     bool done() const { return script_.empty(); }
@@ -33,6 +42,7 @@ public:
                       const QString& title) override;
     QString inputBox(const QString& prompt, const QString& title,
                      const QString& defaultAnswer) override;
+    QuestionAnswer question(const Question& question) override;
 
 private:
     struct Step {
@@ -46,8 +56,11 @@ private:
         QString typed;
         bool pattern = false;
         std::optional<QString> proposed = std::nullopt;
+        bool question = false;
+        QuestionAnswer reply = {};
     };
     std::deque<Step> script_;
     QStringList shown_;
+    QList<Question> questions_;
     Prompter* previous_ = nullptr;
 };

@@ -39,23 +39,8 @@ protected:
         return file.open(QIODevice::WriteOnly) && file.write(session->receive(size)) == size;
     }
 
-    QStringList subjects() const {
-        Connection connection;
-        connection.open(info());
-        Recordset rs;
-        rs.open("NVINDEX", connection, CursorType::Static, LockType::ReadOnly);
-        QStringList all;
-        for (rs.moveFirst(); !rs.eof(); rs.moveNext())
-            all << rs.value("SUJET").toString();
-        return all;
-    }
-
     QString programCode(const QString& field) const {
-        Connection connection;
-        connection.open(prg());
-        Recordset rs;
-        rs.open("NVAPPEL", connection, CursorType::Static, LockType::ReadOnly);
-        return rs.value(field).toString();
+        return TableRows(prg(), "SELECT " + field + " FROM NVAPPEL").value(0);
     }
 
     QTemporaryDir content;

@@ -87,17 +87,7 @@ TEST_F(ServiceJobsTest, ACatalogueNeedsBothItsArchivesAndBecomesUpToDate) {
 }
 
 TEST_F(ServiceJobsTest, TheIndexArchiveAddsOnlyNewNewslettersAndItsFiles) {
-    const auto count = [this] {
-        Connection connection;
-        connection.open(info());
-        Recordset rs;
-        rs.open("NVINDEX", connection, CursorType::Static, LockType::ReadOnly);
-        QStringList subjects;
-        for (rs.moveFirst(); !rs.eof(); rs.moveNext())
-            subjects << rs.value("SUJET").toString();
-        return subjects;
-    };
-    const QStringList before = count();
+    const QStringList before = subjects();
     // The maker's index carries fewer fields, in another order, and one newsletter already here.
     NewTable incoming;
     incoming.fields = {{"SUJET", 'C', 60, 0},
@@ -115,7 +105,7 @@ TEST_F(ServiceJobsTest, TheIndexArchiveAddsOnlyNewNewslettersAndItsFiles) {
                      {member("NVINDEX.DBF", table.readAll()), member("NV0101.TXT", "bulletin")});
     EXPECT_EQ(run({"8", "2"}), 0);
 
-    const QStringList after = count();
+    const QStringList after = subjects();
     EXPECT_EQ(after.size(), before.size() + 1);
     EXPECT_TRUE(after.contains("Nouveau catalogue"));
     EXPECT_FALSE(after.contains("Doublon"));
@@ -124,7 +114,7 @@ TEST_F(ServiceJobsTest, TheIndexArchiveAddsOnlyNewNewslettersAndItsFiles) {
     // With no index yet, the archive's table becomes it.
     QFile::remove(info() + "NVINDEX.DBF");
     EXPECT_EQ(run({"8", "2"}), 0);
-    EXPECT_EQ(count(), QStringList({"Nouveau catalogue", "Doublon"}));
+    EXPECT_EQ(subjects(), QStringList({"Nouveau catalogue", "Doublon"}));
 }
 
 TEST_F(ServiceJobsTest, APackageRecordsItsVersionInItsRowOfNvvers) {

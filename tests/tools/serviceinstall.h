@@ -3,13 +3,13 @@
 #include "arjarchive.h"
 #include "demotables.h"
 #include "support/tempinstall.h"
+#include "support/testfiles.h"
 
 #include "dbase/connection.h"
 #include "dbase/recordset.h"
 
 #include <QDir>
 #include <QFile>
-#include <QProcess>
 #include <gtest/gtest.h>
 
 struct ItemRow {
@@ -36,22 +36,10 @@ protected:
 
     // Runs the service program as the desktop program does; returns its exit status.
     int run(const QStringList& arguments) {
-        QProcess service;
-        service.start(data() + HiddenName, arguments);
-        EXPECT_TRUE(service.waitForFinished(60000));
-        return service.exitCode();
+        return RunProgram(data() + HiddenName, arguments).status;
     }
 
-    QStringList logLines() const {
-        QFile log(data() + QStringLiteral("NVSERV.LOG"));
-        if (!log.open(QIODevice::ReadOnly | QIODevice::Text))
-            return {};
-        QStringList lines;
-        for (const QByteArray& line : log.readAll().split('\n'))
-            if (!line.isEmpty())
-                lines << QString::fromUtf8(line.mid(line.indexOf('\t') + 1));
-        return lines;
-    }
+    QStringList logLines() const { return LoggedLines(data() + QStringLiteral("NVSERV.LOG")); }
 
     // Every row of a table: position, FICHIER and the two dates.
     QList<ItemRow> rows(const QString& table) const {
@@ -77,14 +65,10 @@ protected:
     }
 
     QStringList versions() const {
-        Connection connection;
-        connection.open(prg());
-        Recordset rs;
-        rs.open("NVVERS", connection, CursorType::Static, LockType::ReadOnly);
-        QStringList all;
-        for (rs.moveFirst(); !rs.eof(); rs.moveNext())
-            all << rs.value("NVVERSION").toString();
-        return all;
+        return TableRows(prg(), QStringLiteral("SELECT NVVERSION FROM NVVERS"));
+    }
+    QStringList subjects() const {
+        return TableRows(info(), QStringLiteral("SELECT SUJET FROM NVINDEX"));
     }
 
     static ArchiveMember member(const QString& name, const QByteArray& content) {

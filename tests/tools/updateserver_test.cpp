@@ -4,6 +4,8 @@
 #include "serverconversation.h"
 #include "updateserver.h"
 
+#include "support/testfiles.h"
+
 #include <QDir>
 #include <QFile>
 #include <QProcess>
@@ -40,11 +42,7 @@ protected:
     }
 
     void put(const QString& relative, const QByteArray& bytes) {
-        const QString path = content.filePath(relative);
-        QDir().mkpath(QFileInfo(path).absolutePath());
-        QFile file(path);
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write(bytes);
+        WriteBytes(content.filePath(relative), bytes);
     }
 
     UpdateServer& start(ServerFaults faults = {}) {
@@ -140,10 +138,12 @@ TEST_F(UpdateServerTest, ARequestDuringAFileIsAnsweredAfterItAndAClientErrorStop
     auto c = greeted();
     c->send("LISTEACD00");
     c->next();
+    const int before = c->arrivals();
     c->send("ENVOILISTEACD00");
     EXPECT_EQ(c->receive(4096), bigList.left(4096));
     c->send("VERSI2004.3.2"); // a client that took the file for complete goes on
     EXPECT_EQ(c->receive(bigList.size() - 4096, 20000), bigList.mid(4096));
+    EXPECT_GE(c->arrivals() - before, 4) << "sent in pieces with pauses";
     EXPECT_EQ(c->next(), "VERSI5.3.0;3.9.0;2004.3.5");
 
     c->send("LISTEACD00");
@@ -227,19 +227,6 @@ TEST_F(UpdateServerTest, AnswersErrorOrNothingToTheNamedRequestsOnly) {
     EXPECT_TRUE(mute.quietFor(200));
 }
 
-TEST_F(UpdateServerTest, SendsInSmallPiecesWithPauses) {
-    ServerFaults faults;
-    faults.chunkSize = 1000;
-    faults.chunkDelayMs = 30;
-    start(faults);
-    auto c = greeted();
-    const QByteArray piece = bigList.left(5500);
-    put("lists/PIECES.ARJ", piece);
-    const int before = c->arrivals();
-    fetch(*c, "LISTEPIECES", "LISTE", "ENVOILISTEPIECES", piece);
-    EXPECT_GE(c->arrivals() - before, 4); // the announcement and pieces apart
-}
-
 TEST_F(UpdateServerTest, RefusedConnectionsFindNobodyOnThePort) {
     ServerFaults faults;
     faults.refuseConnections = true;
@@ -271,19 +258,16 @@ TEST_F(UpdateServerTest, TheCommandPrintsItsPortServesAndExitsByTheConvention) {
     EXPECT_EQ(program.exitCode(), 0);
 
     const auto run = [](const QStringList& arguments) {
-        QProcess p;
-        p.start(QStringLiteral(UPDATE_SERVER_PATH), arguments);
-        p.waitForFinished(10000);
-        return std::pair{p.exitCode(), p.readAllStandardOutput() + p.readAllStandardError()};
+        return RunProgram(QStringLiteral(UPDATE_SERVER_PATH), arguments, 10000);
     };
-    const auto [helpStatus, help] = run({"--help"});
-    EXPECT_EQ(helpStatus, 0);
-    EXPECT_TRUE(help.contains("catalogues/FICHIER/CATA.ARJ"));
-    EXPECT_TRUE(help.contains("--close-after"));
-    EXPECT_EQ(run({}).first, 2);
-    EXPECT_EQ(run({content.filePath("missing")}).first, 2);
-    EXPECT_EQ(run({content.path(), "--close-after", "many"}).first, 2);
+    const ProgramRun help = run({"--help"});
+    EXPECT_EQ(help.status, 0);
+    EXPECT_TRUE((help.out + help.err).contains("catalogues/FICHIER/CATA.ARJ"));
+    EXPECT_TRUE((help.out + help.err).contains("--close-after"));
+    EXPECT_EQ(run({}).status, 2);
+    EXPECT_EQ(run({content.filePath("missing")}).status, 2);
+    EXPECT_EQ(run({content.path(), "--close-after", "many"}).status, 2);
     QTcpServer taken;
     ASSERT_TRUE(taken.listen(QHostAddress::LocalHost, 0));
-    EXPECT_EQ(run({content.path(), "--port", QString::number(taken.serverPort())}).first, 1);
+    EXPECT_EQ(run({content.path(), "--port", QString::number(taken.serverPort())}).status, 1);
 }

@@ -1,0 +1,114 @@
+// fetchupdates against the scripted server: the report on standard output, messages and
+// progress on standard error, and its exit statuses.
+#include "app/appstate.h"
+#include "app/messages.h"
+#include "sessionfixture.h"
+
+#include <QFile>
+#include <QProcess>
+#include <QProcessEnvironment>
+#include <QRegularExpression>
+#include <QTcpServer>
+
+namespace {
+
+struct ToolRun {
+    int status = -1;
+    QString out;
+    QString err;
+};
+
+class FetchUpdatesTest : public SessionTest {
+protected:
+    ToolRun fetch(QStringList arguments, quint16 port = 0) {
+        arguments.prepend(install.drive());
+        arguments << QStringLiteral("--host") << QStringLiteral("127.0.0.1")
+                  << QStringLiteral("--port") << QString::number(port ? port : server.port());
+        QProcess process;
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert(QStringLiteral("XDG_CONFIG_HOME"), install.programDir());
+        process.setProcessEnvironment(environment);
+        process.start(QStringLiteral(MERCANTEL_BINARY_DIR "/tools/fetchupdates/fetchupdates"),
+                      arguments);
+        process.waitForStarted();
+        waitWhile([&] { return process.state() != QProcess::NotRunning; }, 30000);
+        return {process.exitCode(), QString::fromUtf8(process.readAllStandardOutput()),
+                QString::fromUtf8(process.readAllStandardError())};
+    }
+};
+
+const QString Time = QStringLiteral("[0-9:]+[^>]*");
+
+} // namespace
+
+TEST_F(FetchUpdatesTest, ListsFetchedPrintTheReportAndSucceed) {
+    server.answerStart("s", "2004.3.2");
+    server.answer("LISTEBET", ScriptedServer::file("LISTE", "bet"));
+    const ToolRun run = fetch({QStringLiteral("--lists"), QStringLiteral("bet")});
+    ASSERT_EQ(run.status, 0) << run.err.toStdString();
+    EXPECT_TRUE(QRegularExpression(QStringLiteral("^%1> BETA FILTRES réussie\r\n\r\n--- Fin du "
+                                                  "rapport ---$")
+                                       .arg(Time))
+                    .match(run.out)
+                    .hasMatch())
+        << run.out.toStdString();
+    EXPECT_TRUE(run.err.contains(QStringLiteral("BETA FILTRES réussie")));
+    EXPECT_EQ(serviceCalls(), QStringList{QStringLiteral("5 1 2")});
+
+    // --marked takes the lists waiting for their update, as box 0 does.
+    server.answer("LISTEALP", ScriptedServer::file("LISTE", "alp"));
+    const ToolRun marked = fetch({QStringLiteral("--marked")});
+    EXPECT_EQ(marked.status, 0);
+    EXPECT_TRUE(marked.out.contains(QStringLiteral("> ALPHA FREINS réussie\r\n")));
+}
+
+TEST_F(FetchUpdatesTest, FailuresAndRefusalsGiveTheirStatuses) {
+    for (const QStringList& bad :
+         {QStringList{QStringLiteral("--lists"), QStringLiteral("NOPE")},
+          QStringList{QStringLiteral("--index"), QStringLiteral("--partdex")},
+          QStringList{QStringLiteral("--catalogues"), QStringLiteral("C1")},
+          QStringList{QStringLiteral("--timeout"), QStringLiteral("soon")}}) {
+        SCOPED_TRACE(bad.join(u' ').toStdString());
+        const ToolRun run = fetch(bad);
+        EXPECT_EQ(run.status, 2);
+        EXPECT_TRUE(run.out.isEmpty());
+    }
+    EXPECT_TRUE(server.received.isEmpty()); // refused before connecting: nothing written
+    EXPECT_FALSE(QFile::exists(prg(QStringLiteral("NVBATI.DAT"))));
+    {
+        SCOPED_TRACE("an item fails");
+        server.answerStart("s", "2004.3.2");
+        server.answer("NVINFNVCOM", ScriptedServer::message("ERROR"));
+        const ToolRun run = fetch({QStringLiteral("--index"), QStringLiteral("--english")});
+        EXPECT_EQ(run.status, 1);
+        EXPECT_TRUE(run.out.endsWith(QStringLiteral("\r\n--- End of report ---")));
+        EXPECT_TRUE(run.out.contains(QStringLiteral(": Index update unsuccessful\r\n")));
+    }
+    {
+        SCOPED_TRACE("server not there");
+        QTcpServer closed;
+        closed.listen(QHostAddress::LocalHost, 0);
+        const quint16 port = closed.serverPort();
+        closed.close();
+        const ToolRun run = fetch({}, port);
+        EXPECT_EQ(run.status, 1);
+        EXPECT_TRUE(run.err.contains(LoadText(59)));
+        EXPECT_EQ(run.out, QStringLiteral("\r\n--- Fin du rapport ---"));
+    }
+    {
+        SCOPED_TRACE("a server that stays silent");
+        ScriptedServer silent;
+        silent.greeting.clear();
+        const ToolRun run =
+            fetch({QStringLiteral("--timeout"), QStringLiteral("1")}, silent.port());
+        EXPECT_EQ(run.status, 1);
+    }
+}
+
+TEST_F(FetchUpdatesTest, ProgramUpdateIsDeclinedAndItsVersionReported) {
+    server.answerStart("s", "2005.1.1");
+    const ToolRun run = fetch({});
+    EXPECT_EQ(run.status, 0);
+    EXPECT_TRUE(run.err.contains(QStringLiteral("offered version 2005.1.1")));
+    EXPECT_FALSE(server.received.contains("UPDA2"));
+}

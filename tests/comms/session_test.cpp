@@ -1,0 +1,375 @@
+// Whole download sessions against a scripted server on loopback: what the client sends, what
+// it writes, what the report says, and how stops, refusals and faults end a session.
+#include "app/appstate.h"
+#include "app/messages.h"
+#include "sessionfixture.h"
+
+#include <QFile>
+#include <QRegularExpression>
+#include <QTcpServer>
+#include <QTimer>
+
+namespace {
+
+const QString EndLine = QStringLiteral("\r\n--- Fin du rapport ---");
+
+QByteArray readFile(const QString& path) {
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("<missing>");
+}
+
+// Every byte value, behind a beginning that looks like a server message.
+QByteArray awkwardContent(int repeats) {
+    QByteArray bytes = "ERRORLISTE12OKOKO";
+    for (int r = 0; r < repeats; ++r)
+        for (int b = 0; b < 256; ++b)
+            bytes.append(char(b));
+    return bytes;
+}
+
+// A device that takes a given number of bytes and then fails, as a full disk does.
+class FullDisk : public QIODevice {
+public:
+    explicit FullDisk(qint64 room) : room_(room) { open(QIODevice::WriteOnly); }
+
+protected:
+    qint64 readData(char*, qint64) override { return -1; }
+    qint64 writeData(const char*, qint64 size) override {
+        if (pos() + size > room_) {
+            setErrorString(QStringLiteral("No space left on device"));
+            return -1;
+        }
+        return size;
+    }
+
+private:
+    qint64 room_;
+};
+
+QString line(const QString& text) {
+    return FixedTime() + text + QStringLiteral("\r\n");
+}
+
+} // namespace
+
+TEST_F(SessionTest, SelectedListArrivesByteForByteAndIsUnpacked) {
+    App().Settings.Selection = -1;
+    const QByteArray content = awkwardContent(400);
+    server.answerStart("start file", "2004.3.2");
+    ScriptedServer::Reply list = ScriptedServer::file("LISTE", content);
+    list.chunkSize = 1000;
+    server.answer("LISTEALP", list);
+    view.boxes[1] = true;
+    view.marks(0, 0) = QStringLiteral("ALP");
+    view.marks(0, 3) = QStringLiteral("OME"); // not in use: not fetched, still unmarked
+
+    runSession();
+
+    EXPECT_EQ(server.received, (QList<QByteArray>{"BATI3", "ENVOIBATI3", "VERSI2004.3.2",
+                                                  "LISTEALP", "ENVOILISTEALP"}));
+    EXPECT_EQ(readFile(prg(QStringLiteral("NVLISTE.ARJ"))), content);
+    EXPECT_EQ(readFile(prg(QStringLiteral("NVBATI.DAT"))), QByteArray("start file"));
+    EXPECT_EQ(serviceCalls(), QStringList{QStringLiteral("5 1 1")});
+    EXPECT_EQ(view.reports, QStringList{line(QStringLiteral("> ALPHA FREINS réussie")) + EndLine});
+    EXPECT_TRUE(view.marks(0, 0).isEmpty());
+    EXPECT_TRUE(view.marks(0, 3).isEmpty());
+    EXPECT_FALSE(view.boxes[1]);
+    EXPECT_TRUE(view.events.contains(QStringLiteral("rebuilt")));
+    EXPECT_EQ(view.events.last(), QStringLiteral("ended"));
+    EXPECT_TRUE(session->ReportText.isEmpty());
+    // The caption was shown in its final form, at 100 %.
+    EXPECT_TRUE(view.statuses.contains(QRegularExpression(
+        QStringLiteral("^%1 Octets \\(%100\\)\r\n[0-9]*\\.[0-9][0-9] k/s$").arg(content.size()))));
+    EXPECT_LT(view.statuses.size(), 100); // not once per piece
+}
+
+TEST_F(SessionTest, GroupCodeRuleAndListsContainingAText) {
+    server.answerStart("s", "2004.3.2");
+    for (const char* code : {"ALP", "BET", "GAM"})
+        server.answer(QByteArray("LISTE") + code, ScriptedServer::file("LISTE", code));
+    view.boxes[2] = true;
+    view.expListText = QStringLiteral(" A ").trimmed();
+
+    runSession();
+
+    // GAMMA has no group code and needs one: received but not unpacked, reported as failed.
+    EXPECT_EQ(serviceCalls(), (QStringList{QStringLiteral("5 1 1"), QStringLiteral("5 1 2")}));
+    EXPECT_EQ(view.reports.value(0), line(QStringLiteral("> ALPHA FREINS réussie")) +
+                                         line(QStringLiteral("> BETA FILTRES réussie")) +
+                                         line(QStringLiteral("> GAMMA COURROIES non réussie")) +
+                                         EndLine);
+    EXPECT_FALSE(server.received.contains("LISTEOME")); // not in use
+}
+
+TEST_F(SessionTest, CataloguesAfterTheListsOnYes) {
+    server.answerStart("s", "2004.3.2");
+    server.answer("LISTEALP", ScriptedServer::file("LISTE", "list"));
+    server.answer("CAT  C2", ScriptedServer::file("CATAX", "first"));
+    server.answer("CATA C2", ScriptedServer::file("CATAX", "second"));
+    view.boxes[0] = true;
+    view.marks(1, 0) = QStringLiteral("1");
+    view.checkedCatalogues = {QStringLiteral("C2")};
+    prompts.expectMessage(LoadText(130) + QStringLiteral("1\r\n") + LoadText(131), Buttons::YesNo,
+                          Icon::Information, QString(), Answer::Yes);
+
+    runSession();
+
+    EXPECT_EQ(server.received.mid(5),
+              (QList<QByteArray>{"CAT  C2", "ENVOICAT  C2", "CATA C2", "ENVOICATA C2"}));
+    EXPECT_EQ(readFile(prg(QStringLiteral("NVCAT.ARJ"))), QByteArray("first"));
+    EXPECT_EQ(readFile(prg(QStringLiteral("NVCATA.ARJ"))), QByteArray("second"));
+    EXPECT_EQ(serviceCalls(), (QStringList{QStringLiteral("5 1 1"), QStringLiteral("9 1 2")}));
+    EXPECT_EQ(view.reports.value(0), line(QStringLiteral("> ALPHA FREINS réussie")) +
+                                         line(QStringLiteral("> Catalogue Deux réussie")) +
+                                         EndLine);
+}
+
+TEST_F(SessionTest, IndexAndPackagesWithTheirProgramCodes) {
+    server.answerStart("s", "2004.3.2");
+    server.answer("NVINFNVCOM", ScriptedServer::file("NVINF", "index"));
+    server.answer("PARTDPDX1", ScriptedServer::file("PARTD", "partdex"));
+    view.boxes[3] = view.boxes[4] = true;
+    session->SetupEnv();
+    EXPECT_EQ(view.captions[4], QStringLiteral("Partdex 5.2.1"));
+
+    runSession();
+
+    EXPECT_EQ(server.received.mid(3),
+              (QList<QByteArray>{"NVINFNVCOM", "ENVOINVINF", "PARTDPDX1", "ENVOIPARTDPDX1"}));
+    EXPECT_EQ(readFile(data(QStringLiteral("NVINFO.ARJ"))), QByteArray("index"));
+    EXPECT_EQ(readFile(data(QStringLiteral("PARTVERS.ARJ"))), QByteArray("partdex"));
+    EXPECT_EQ(serviceCalls(), (QStringList{QStringLiteral("8 1"), QStringLiteral("6 1")}));
+    EXPECT_EQ(view.reports.value(0), line(LoadText(45)) + line(LoadText(47)) + EndLine);
+    EXPECT_FALSE(view.boxes[3] || view.boxes[4]);
+    EXPECT_EQ(view.captions[4], QStringLiteral("Partdex 5.2.1")); // read again after the update
+    EXPECT_FALSE(view.bold[4]);
+}
+
+TEST_F(SessionTest, StopInTheMiddleOfAList) {
+    server.answerStart("s", "2004.3.2");
+    ScriptedServer::Reply list = ScriptedServer::file("LISTE", QByteArray(5000, 'x'));
+    list.silentAfter = 1200;
+    server.answer("LISTEALP", list);
+    view.boxes[1] = true;
+    view.marks(0, 0) = QStringLiteral("ALP");
+    view.marks(0, 1) = QStringLiteral("BET");
+    prompts.expectMessage(LoadText(114), Answer::Yes);
+    QTimer stopper;
+    QObject::connect(&stopper, &QTimer::timeout, [&] {
+        if (session->ReceivedBytes == 1200 && session->CurrentRequest == u"LISTE") {
+            stopper.stop();
+            session->cmdOKClick();
+        }
+    });
+    stopper.start(5);
+
+    runSession();
+
+    EXPECT_FALSE(server.received.contains("LISTEBET"));
+    EXPECT_EQ(readFile(prg(QStringLiteral("NVLISTE.ARJ"))).size(), 1200); // the partial file stays
+    EXPECT_EQ(view.reports,
+              QStringList{line(QStringLiteral("> ALPHA FREINS non réussie")) + EndLine});
+    EXPECT_TRUE(serviceCalls().isEmpty());
+}
+
+TEST_F(SessionTest, RefusedConnectionShowsOnlyTheEndLine) {
+    QTcpServer closed;
+    closed.listen(QHostAddress::LocalHost, 0);
+    App().Settings.Port = qint16(closed.serverPort());
+    closed.close();
+    prompts.expectMessage(LoadText(59), Buttons::Ok, Icon::Critical, QString(), Answer::Ok);
+
+    runSession();
+
+    EXPECT_EQ(view.reports, QStringList{EndLine});
+}
+
+TEST_F(SessionTest, ServerFaultsFailTheItemAndEndTheSessionWithOneReport) {
+    struct Case {
+        const char* name;
+        ScriptedServer::Reply reply;
+        qsizetype leftOnDisk; // -1: not checked; -2: the next list replaces the file
+    };
+    ScriptedServer::Reply error = ScriptedServer::message("ERROR unknown list");
+    ScriptedServer::Reply closing = ScriptedServer::file("LISTE", QByteArray(3000, 'y'));
+    closing.closeAfter = 700;
+    ScriptedServer::Reply tooShort = ScriptedServer::file("LISTE", QByteArray(3000, 'z'));
+    tooShort.announcedSize = 2990; // the file is completed by more bytes than announced
+    for (const Case& c : {Case{"server ERROR", error, -1}, Case{"close mid-file", closing, 700},
+                          Case{"wrong size", tooShort, -2}}) {
+        SCOPED_TRACE(c.name);
+        ScriptedServer fresh;
+        App().Settings.Port = qint16(fresh.port());
+        QFile::remove(prg(QStringLiteral("NVLISTE.ARJ")));
+        fresh.answerStart("s", "2004.3.2");
+        fresh.answer("LISTEALP", c.reply);
+        fresh.answer("LISTEBET", ScriptedServer::file("LISTE", "b"));
+        view.reports.clear();
+        view.boxes[1] = true;
+        view.marks(0, 0) = QStringLiteral("ALP");
+        view.marks(0, 1) = QStringLiteral("BET");
+
+        runSession();
+
+        const QString alpha = line(QStringLiteral("> ALPHA FREINS non réussie"));
+        if (c.leftOnDisk == -2) { // the session goes on with the next list
+            EXPECT_EQ(
+                view.reports,
+                QStringList{alpha + line(QStringLiteral("> BETA FILTRES réussie")) + EndLine});
+        } else {
+            EXPECT_EQ(view.reports, QStringList{alpha + EndLine});
+            EXPECT_FALSE(fresh.received.contains("LISTEBET"));
+        }
+        if (c.leftOnDisk >= 0) {
+            EXPECT_TRUE(serviceCalls().isEmpty());
+            EXPECT_EQ(readFile(prg(QStringLiteral("NVLISTE.ARJ"))).size(), c.leftOnDisk);
+        }
+    }
+}
+
+TEST_F(SessionTest, WrongSizedStartFileLeavesTheSessionIdle) {
+    ScriptedServer::Reply start = ScriptedServer::file("BATI3", "start file");
+    start.announcedSize = 4;
+    server.answer("BATI3", start);
+    session->start();
+    waitWhile([this] { return !session->TransferFailed; }, 5000);
+    waitWhile([] { return true; }, 200);
+    EXPECT_EQ(server.received, (QList<QByteArray>{"BATI3", "ENVOIBATI3"}));
+    EXPECT_TRUE(session->running());
+    EXPECT_TRUE(session->CurrentRequest.isEmpty());
+
+    prompts.expectMessage(LoadText(114), Answer::Yes);
+    session->cmdOKClick();
+    EXPECT_FALSE(session->running());
+    EXPECT_TRUE(view.reports.isEmpty()); // the stop closes silently
+}
+
+TEST_F(SessionTest, ProgramUpdateOfferedAndDeclined) {
+    server.answerStart("s", "2004.3.10");
+    const QString question =
+        LoadText(65) + QStringLiteral("\r\nVersion: 2004.3.2\r\n\r\n") + LoadText(66);
+    prompts.expectMessage(question, Answer::No);
+    session->SetupEnv();
+
+    runSession();
+
+    EXPECT_TRUE(updater.started.isEmpty());
+    EXPECT_EQ(view.reports, QStringList{EndLine});
+    // The server offers Partdex 1.0 and Ledgermaker 2.0 against 5.2.1 and 3.8.0.
+    EXPECT_EQ(view.captions[4], QStringLiteral("Partdex 1.0 disponible"));
+    EXPECT_EQ(view.captions[5], QStringLiteral("Ledgermaker 2.0 disponible"));
+    EXPECT_TRUE(view.bold[4] && view.bold[5]);
+}
+
+TEST_F(SessionTest, ProgramUpdateAcceptedStartsTheUpdaterOnlyWhenWhole) {
+    const QString question =
+        LoadText(65) + QStringLiteral("\r\nVersion: 2004.3.2\r\n\r\n") + LoadText(66);
+    {
+        SCOPED_TRACE("whole");
+        server.answerStart("s", "2005.1.1");
+        server.answer("UPDA2", ScriptedServer::file("UPDAT", "MZ updater"));
+        prompts.expectMessage(question, Answer::Yes);
+        runSession();
+        EXPECT_EQ(server.received.mid(3), (QList<QByteArray>{"UPDA2", "ENVOIUPDAT"}));
+        EXPECT_EQ(updater.started,
+                  QStringList{install.programDir() + QStringLiteral("/UPDATE.EXE")});
+        EXPECT_TRUE(updater.ended);
+        EXPECT_TRUE(App().QuitWithoutAsking);
+        EXPECT_TRUE(view.reports.isEmpty());
+        EXPECT_EQ(readFile(updater.started.value(0)), QByteArray("MZ updater"));
+    }
+    {
+        SCOPED_TRACE("short");
+        ScriptedServer fresh;
+        App().Settings.Port = qint16(fresh.port());
+        App().QuitWithoutAsking = false;
+        updater.started.clear();
+        fresh.answerStart("s", "2005.1.1");
+        ScriptedServer::Reply cut = ScriptedServer::file("UPDAT", "MZ updater");
+        cut.closeAfter = 4;
+        fresh.answer("UPDA2", cut);
+        prompts.expectMessage(question, Answer::Yes);
+        runSession();
+        EXPECT_TRUE(updater.started.isEmpty());
+        EXPECT_FALSE(App().QuitWithoutAsking);
+        EXPECT_EQ(view.reports,
+                  QStringList{line(QStringLiteral("> UPDATE.EXE non réussie")) + EndLine});
+    }
+}
+
+TEST_F(SessionTest, UnwritableDestinationIsToldToTheServer) {
+    server.answerStart("s", "2004.3.2");
+    server.answer("LISTEALP", ScriptedServer::file("LISTE", QByteArray(4000, 'a')));
+    server.answer("LISTEBET", ScriptedServer::file("LISTE", QByteArray(4000, 'b')));
+    const QString listFile = prg(QStringLiteral("NVLISTE.ARJ"));
+    int lists = 0;
+    session->setFileOpener([&](const QString& path) -> std::unique_ptr<QIODevice> {
+        if (path != listFile) {
+            auto file = std::make_unique<QFile>(path);
+            file->open(QIODevice::WriteOnly);
+            return file;
+        }
+        if (++lists == 1) // a directory that cannot be written
+            return std::make_unique<QFile>(install.drive() + QStringLiteral("/missing/x"));
+        return std::make_unique<FullDisk>(1000);
+    });
+    view.boxes[1] = true;
+    view.marks(0, 0) = QStringLiteral("ALP");
+    view.marks(0, 1) = QStringLiteral("BET");
+
+    runSession();
+
+    ASSERT_GE(server.received.size(), 7);
+    EXPECT_TRUE(server.received[4].startsWith("ERROR:53")) << server.received[4].constData();
+    EXPECT_EQ(server.received[5], QByteArray("LISTEBET"));
+    EXPECT_EQ(server.received[6], QByteArray("ENVOILISTEBET"));
+    EXPECT_EQ(server.received.value(7), QByteArray("ERROR:52No space left on device"));
+    EXPECT_EQ(view.reports,
+              QStringList{line(QStringLiteral("> ALPHA FREINS non réussie")) +
+                          line(QStringLiteral("> BETA FILTRES non réussie")) + EndLine});
+}
+
+TEST_F(SessionTest, SocketErrorsByWinsockNumber) {
+    session->SocketError(10054, QStringLiteral("reset")); // ignored: nothing shown, nothing closed
+    EXPECT_TRUE(view.reports.isEmpty());
+    prompts.expectMessage(QStringLiteral("wsckError: 10050 Network down"));
+    session->SocketError(10050, QStringLiteral("Network down"));
+    // A close asked for while the report is shown (inside the first close) does nothing.
+    view.onReport = [this] { session->SocketError(11001, QStringLiteral("host")); };
+    session->SocketError(11001, QStringLiteral("host")); // silent
+    EXPECT_EQ(view.reports, (QStringList{EndLine, EndLine}));
+}
+
+TEST_F(SessionTest, ServerClosingDuringTheStartFileEndsTheSession) {
+    ScriptedServer::Reply start = ScriptedServer::file("BATI3", QByteArray(5000, 's'));
+    start.closeAfter = 100;
+    server.answer("BATI3", start);
+    runSession();
+    EXPECT_EQ(view.reports, QStringList{EndLine});
+}
+
+TEST_F(SessionTest, VersionsThatCannotBeSplitCloseTheSessionWithItsReport) {
+    server.answer("BATI3", ScriptedServer::file("BATI3", "s"));
+    server.answer("VERSI2004.3.2", ScriptedServer::message("VERSI5.3.0"));
+    view.boxes[3] = true; // the plan does not run
+    prompts.expectMessageMatching(QStringLiteral("^errDataArrival: 5 "));
+    runSession();
+    EXPECT_EQ(view.reports, QStringList{EndLine});
+    EXPECT_FALSE(server.received.contains("NVINFNVCOM"));
+}
+
+TEST_F(SessionTest, ArrivalsOutsideATransfer) {
+    // A catalogue file nobody asked for opens nothing; data without a file is answered as a
+    // file that cannot be written.
+    session->DataArrival("CATAX10");
+    EXPECT_FALSE(QFile::exists(prg(QStringLiteral("NVCAT.ARJ"))));
+    EXPECT_FALSE(QFile::exists(prg(QStringLiteral("NVCATA.ARJ"))));
+    session->DataArrival("0123456789");
+    EXPECT_TRUE(session->TransferFailed);
+    EXPECT_GE(session->progress(), 100);
+    // A second "OKOKO" asks for the start file again.
+    session->CurrentRequest.clear();
+    session->DataArrival("OKOKO");
+    EXPECT_EQ(session->CurrentRequest, QStringLiteral("BATI3"));
+    EXPECT_EQ(session->progress(), 0);
+}

@@ -1,0 +1,56 @@
+// The texts of a session: the transfer caption, the versions of a "VERSI" answer and their
+// comparison value, and the announced sizes.
+#include "app/appstate.h"
+#include "comms/protocol.h"
+#include "comms/sessiontext.h"
+
+#include <gtest/gtest.h>
+
+using namespace SessionText;
+
+TEST(SessionText, TransferCaptionInBothLanguages) {
+    ResetAppState();
+    App().Settings.Nation = 1000;
+    EXPECT_EQ(TransferCaption(48120, 37.2f, 12.034),
+              QStringLiteral("48120 Octets (%37)\r\n12.03 k/s"));
+    // The rate has no leading zero before its point, as the program always printed it.
+    EXPECT_EQ(TransferCaption(10, 0.4f, 0.5), QStringLiteral("10 Octets (%0)\r\n.50 k/s"));
+    App().Settings.Nation = 2000;
+    EXPECT_EQ(TransferCaption(1000, 100.0f, 1234.5),
+              QStringLiteral("1000 Bytes (%100)\r\n1234.50 k/s"));
+    ResetAppState();
+}
+
+TEST(SessionText, VersionsSplitAtTheFirstTwoSemicolons) {
+    const auto three = SplitVersions("VERSI5.3.0;3.9.1;2004.3.10");
+    ASSERT_TRUE(three);
+    EXPECT_EQ((*three)[0], QStringLiteral("5.3.0"));
+    EXPECT_EQ((*three)[1], QStringLiteral("3.9.1"));
+    EXPECT_EQ((*three)[2], QStringLiteral("2004.3.10"));
+    const auto more = SplitVersions("VERSI;;a;b");
+    ASSERT_TRUE(more);
+    EXPECT_EQ((*more)[0], QString());
+    EXPECT_EQ((*more)[2], QStringLiteral("a;b"));
+    EXPECT_FALSE(SplitVersions("VERSI5.3.0;3.9.1"));
+    EXPECT_FALSE(SplitVersions("VERSI"));
+}
+
+TEST(SessionText, VersionValueComparesByDaysWeightedParts) {
+    EXPECT_EQ(VersionValue(QStringLiteral("2004.3.10")), 731563);
+    EXPECT_EQ(VersionValue(QStringLiteral("2004.3.2")), 731555);
+    // Versions are compared by this value alone: 2004.3.40 passes 2004.4.8.
+    EXPECT_GT(*VersionValue(QStringLiteral("2004.4.0")),
+              *VersionValue(QStringLiteral("2004.3.30")));
+    EXPECT_GT(*VersionValue(QStringLiteral("2004.3.40")),
+              *VersionValue(QStringLiteral("2004.4.8")));
+    EXPECT_FALSE(VersionValue(QString()));
+    EXPECT_FALSE(VersionValue(QStringLiteral("2004.3")));
+    EXPECT_FALSE(VersionValue(QStringLiteral("2004.3.x")));
+}
+
+TEST(SessionText, AnnouncedSizes) {
+    EXPECT_EQ(Protocol::AnnouncedSize("LISTE12345"), 12345);
+    EXPECT_EQ(Protocol::AnnouncedSize("LISTE  77abc"), 77);
+    EXPECT_EQ(Protocol::AnnouncedSize("LISTE"), 0);
+    EXPECT_EQ(Protocol::AnnouncedSize("LISTEabc"), 0);
+}

@@ -1,0 +1,247 @@
+// Activation of the checked lists through the questions, and deactivation of lists and
+// catalogues.
+
+#include "commandfixture.h"
+
+#include "app/messages.h"
+#include "dbase/recordset.h"
+#include "pricelists/activation.h"
+#include "pricelists/keyedtree.h"
+#include "pricelists/treepanes.h"
+#include "scriptedprompter.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+const QDate Past(2026, 2, 1);
+
+QString matrixQuestion() {
+    return "\n" + LoadText(15);
+}
+QString supplierQuestion() {
+    return "\n" + LoadText(132);
+}
+QString codeQuestion(bool required = true) {
+    return "\n" + LoadText(134) + (required ? "\n\n" + LoadText(143) : QString());
+}
+
+QuestionAnswer abandon() {
+    return {};
+}
+
+void expectSave(ScriptedPrompter& prompts, Answer answer) {
+    prompts.expectMessage(LoadText(61), Buttons::YesNo, Icon::Warning, {}, answer);
+}
+
+void check(ListFixture& f, std::initializer_list<int> rows) {
+    for (int r : rows) {
+        f.rsPrixList.move(r, MoveStart::First);
+        f.state.ListMarks(0, r) = f.rsPrixList.value("FICHIER").toString();
+    }
+}
+
+QString stored(ListFixture& f, const QString& fichier, const QString& field) {
+    return f.storedField(fichier, field).toString();
+}
+
+} // namespace
+
+TEST(Activation, EachCheckedListIsAskedForAndTheBatchIsWrittenOnYes) {
+    ListFixture f(
+        {{.desc = "A ONE", .fichier = "AAA", .utiliser = false, .codes = {"", "UNI", "ACK", "UAP"}},
+         {.desc = "B TWO", .fichier = "BBB", .utiliser = false, .departem = "05"},
+         {.desc = "C THREE", .fichier = "CCC", .dateEff = Past, .dateStk = Past, .codeGro = "ZZ"},
+         {.desc = "D FOUR", .fichier = "DDD", .utiliser = false}},
+        {});
+    f.ui->refresh();
+    check(f, {0, 1, 2});
+    ScriptedPrompter prompts;
+    prompts.expectQuestion(matrixQuestion(), "abcdefghij", true)
+        .expectQuestion(supplierQuestion(), "a supplier name longer than twenty-five", true)
+        .expectQuestion(codeQuestion(), "ab")
+        .expectQuestion(codeQuestion(), "   ") // blank: asked again
+        .expectQuestion(codeQuestion(), "cd12");
+    expectSave(prompts, Answer::Yes);
+    MPActivate(Commands(f));
+
+    const QList<Question>& asked = prompts.questions();
+    ASSERT_EQ(asked.size(), 5);
+    EXPECT_EQ(asked[0].title, "A ONE");
+    EXPECT_EQ(asked[0].fieldLabel, LoadText(63));
+    EXPECT_TRUE(asked[0].option) << "Appliquer à toutes les listes starts ticked";
+    EXPECT_FALSE(asked[0].showDepartement);
+    EXPECT_EQ(asked[2].defaultValue, "UNI") << "the first default code that is not empty";
+    EXPECT_TRUE(asked[2].showDepartement);
+    EXPECT_EQ(asked[2].departement, "F") << "no department yet";
+    EXPECT_EQ(asked[2].optionCaption, LoadText(145));
+    EXPECT_EQ(asked[3].title, "B TWO");
+    EXPECT_EQ(asked[3].departement, "05");
+
+    EXPECT_EQ(stored(f, "AAA", "CODEGRO"), "AB");
+    EXPECT_EQ(stored(f, "AAA", "FICFAMILLE"), "ABCDEFGH");
+    EXPECT_TRUE(f.storedField("AAA", "LFAMILLE").toBool());
+    EXPECT_EQ(stored(f, "AAA", "FOURNIS"), "A SUPPLIER NAME LONGER TH") << "25 characters";
+    EXPECT_EQ(stored(f, "AAA", "DEPARTEM"), "F");
+    for (const char* option : {"UTILISER", "CH_DESC1", "CH_DESC2", "CH_COUT"})
+        EXPECT_TRUE(f.storedField("AAA", option).toBool()) << option;
+    EXPECT_EQ(stored(f, "BBB", "CODEGRO"), "CD12");
+    EXPECT_EQ(stored(f, "BBB", "FICFAMILLE"), "ABCDEFGH") << "applied to all lists";
+    EXPECT_EQ(stored(f, "BBB", "FOURNIS"), "A SUPPLIER NAME LONGER TH");
+    EXPECT_EQ(stored(f, "BBB", "DEPARTEM"), "05");
+    EXPECT_EQ(stored(f, "CCC", "CODEGRO"), "ZZ") << "already activated: not asked";
+    EXPECT_FALSE(f.storedField("DDD", "UTILISER").toBool());
+
+    EXPECT_EQ(f.state.ConfigDirty, Dirty::None);
+    EXPECT_EQ(f.rsPrixList.lockType(), LockType::Optimistic);
+    EXPECT_EQ(f.state.ListMarks(0, 1), "BBB") << "the lists stay checked";
+    EXPECT_NE(f.list(0).node("L001"), nullptr) << "the trees show the new activations";
+}
+
+TEST(Activation, AbandonStopsTheRunAndTheListsBeforeItAreStillOffered) {
+    for (const Answer answer : {Answer::Yes, Answer::No}) {
+        ListFixture f({{.desc = "A", .fichier = "AAA", .utiliser = false},
+                       {.desc = "B", .fichier = "BBB", .utiliser = false},
+                       {.desc = "C", .fichier = "CCC", .utiliser = false}},
+                      {});
+        f.ui->refresh();
+        check(f, {0, 1, 2});
+        ScriptedPrompter prompts;
+        prompts.expectQuestion(matrixQuestion(), "")
+            .expectQuestion(supplierQuestion(), "acme")
+            .expectQuestion(codeQuestion(), "A1")
+            .expectQuestion(matrixQuestion(), "")
+            .expectQuestion(supplierQuestion(), abandon());
+        expectSave(prompts, answer);
+        MPActivate(Commands(f));
+        const bool saved = answer == Answer::Yes;
+        EXPECT_EQ(f.storedField("AAA", "UTILISER").toBool(), saved);
+        EXPECT_EQ(stored(f, "AAA", "CODEGRO"), saved ? "A1" : "");
+        EXPECT_FALSE(f.storedField("BBB", "UTILISER").toBool());
+        EXPECT_FALSE(f.storedField("CCC", "UTILISER").toBool());
+        EXPECT_EQ(f.state.ListMarks.selectedCount(), saved ? 3 : 0)
+            << "answering No unchecks every list";
+    }
+}
+
+TEST(Activation, DefaultCodesAndListsThatNeedNoCode) {
+    ListFixture f({{.desc = "A", .fichier = "AAA", .utiliser = false, .codes = {"NVC"}},
+                   {.desc = "B", .fichier = "BBB", .utiliser = false, .codes = {"", "", "", "UAP"}},
+                   {.desc = "C", .fichier = "CCC", .utiliser = false},
+                   {.desc = "D", .fichier = "DDD", .utiliser = false, .pasObliger = true},
+                   {.desc = "E", .fichier = "EEE", .utiliser = false, .pasObliger = true}},
+                  {});
+    f.ui->refresh();
+    check(f, {0, 1, 2, 3});
+    ScriptedPrompter prompts;
+    prompts.expectQuestion(matrixQuestion(), "", true)
+        .expectQuestion(supplierQuestion(), "", true)
+        .expectQuestion(codeQuestion(), "xy", true)    // "use default codes" ticked from here on
+        .expectQuestion(codeQuestion(), "abcde", true) // more than 4 characters: refused
+        .expectMessage(LoadText(42), Buttons::Ok, Icon::Warning, {}, Answer::Ok)
+        .expectQuestion(codeQuestion(), "zz", true);
+    expectSave(prompts, Answer::Yes);
+    MPActivate(Commands(f));
+
+    ASSERT_EQ(prompts.questions().size(), 5);
+    EXPECT_TRUE(prompts.questions()[3].option) << "the switch shown as ticked";
+    EXPECT_EQ(prompts.questions()[3].title, "C") << "no default code: asked all the same";
+    EXPECT_EQ(stored(f, "AAA", "CODEGRO"), "XY");
+    EXPECT_EQ(stored(f, "BBB", "CODEGRO"), "UAP") << "its default code, without a question";
+    EXPECT_EQ(stored(f, "CCC", "CODEGRO"), "ZZ");
+    EXPECT_TRUE(f.storedField("DDD", "UTILISER").toBool());
+    EXPECT_EQ(stored(f, "DDD", "CODEGRO"), "") << "needs no code: activated without one";
+    EXPECT_TRUE(f.storedField("AAA", "FICFAMILLE").isNull()) << "no matrix given";
+    EXPECT_FALSE(f.storedField("EEE", "UTILISER").toBool()) << "not checked";
+}
+
+TEST(Activation, NothingCheckedIsToldOnlyActivatedListsChangeNothing) {
+    ListFixture f({{.desc = "A", .fichier = "AAA", .utiliser = false},
+                   {.desc = "B", .fichier = "BBB", .dateEff = Past, .dateStk = Past}},
+                  {});
+    f.ui->refresh();
+    {
+        ScriptedPrompter prompts;
+        prompts.expectMessage(LoadText(141), Buttons::Ok, Icon::Warning, {}, Answer::Ok);
+        MPActivate(Commands(f));
+    }
+    check(f, {1});
+    {
+        ScriptedPrompter prompts; // nothing asked
+        MPActivate(Commands(f));
+    }
+    EXPECT_FALSE(f.storedField("AAA", "UTILISER").toBool());
+}
+
+TEST(Deactivation, TheLastListOfACodeTakesItOutOfItsCatalogues) {
+    CatalogueRow c1{"C1", "Cat one"};
+    c1.grl = {"AB", "CD"};
+    CatalogueRow c2{"C2", "Cat two"};
+    c2.grl = {"", "", "AB"};
+    ListFixture f({{.desc = "A",
+                    .fichier = "AAA",
+                    .dateEff = Past,
+                    .dateStk = Past,
+                    .codeGro = "AB",
+                    .catNo = "C1;C2;"},
+                   {.desc = "B",
+                    .fichier = "BBB",
+                    .dateEff = Past,
+                    .dateStk = Past,
+                    .codeGro = "AB",
+                    .catNo = "C1;"},
+                   {.desc = "C",
+                    .fichier = "CCC",
+                    .dateEff = Past,
+                    .dateStk = Past,
+                    .codeGro = "CD",
+                    .catNo = "C1;"}},
+                  {c1, c2});
+    f.ui->refresh();
+    f.state.LastTreeFocus = "tvwList";
+    const QStringList before = StoredCategories(f, "C1");
+
+    check(f, {0});
+    MPDesactivate(Commands(f));
+    EXPECT_FALSE(f.storedField("AAA", "UTILISER").toBool());
+    EXPECT_EQ(stored(f, "AAA", "CATNO"), "");
+    EXPECT_EQ(f.state.ListMarks(0, 0), "");
+    EXPECT_EQ(StoredCategories(f, "C1"), before) << "BBB still carries AB";
+    EXPECT_EQ(StoredCatalogueField(f, "C2", "GRL3").toString(), "AB");
+
+    check(f, {1});
+    MPDesactivate(Commands(f));
+    EXPECT_EQ(StoredCategories(f, "C1"), QStringList({"", "CD", "", "", "", "", "", "", ""}));
+    EXPECT_EQ(StoredCatalogueField(f, "C2", "GRL3").toString(), "AB")
+        << "only the catalogues of the list's own CATNO";
+    EXPECT_EQ(f.list(3).nodeCount(), 2) << "both shown as not activated";
+}
+
+TEST(Deactivation, ACatalogueGoesOnlyOnceNoListIsUnderIt) {
+    ListFixture f({{.desc = "A",
+                    .fichier = "AAA",
+                    .dateEff = Past,
+                    .dateStk = Past,
+                    .codeGro = "AB",
+                    .catNo = "C1;"}},
+                  {{"C1", "Cat one"}, {"C2", "Cat two"}});
+    f.ui->refresh();
+    f.state.LastTreeFocus = "tvwCat";
+    KeyedTree& tree = f.cat(0);
+    for (const QString& key : {CatalogueKey("C1"), QStringLiteral("L0000")}) {
+        tree.selectNode(tree.node(key)); // the nodes are made again by each refresh
+        ScriptedPrompter prompts;
+        prompts.expectMessage(LoadText(139), Buttons::Ok, Icon::Critical, {}, Answer::Ok);
+        MPDesactivate(Commands(f));
+    }
+    EXPECT_TRUE(StoredCatalogueField(f, "C1", "UTILISER").toBool());
+
+    for (const Answer answer : {Answer::No, Answer::Yes}) {
+        f.cat(0).selectNode(f.cat(0).node(CatalogueKey("C2")));
+        ScriptedPrompter prompts;
+        prompts.expectMessage(LoadText(129), Buttons::YesNo, Icon::Warning, {}, answer);
+        MPDesactivate(Commands(f));
+        EXPECT_EQ(StoredCatalogueField(f, "C2", "UTILISER").toBool(), answer == Answer::No);
+    }
+    EXPECT_NE(f.cat(1).node(CatalogueKey("C2")), nullptr) << "shown as not activated";
+}

@@ -1,0 +1,282 @@
+// The catalogue association dialog and the association command: which lists gain or lose a
+// catalogue, what the categories use, and what another workstation's row does to it.
+
+#include "commandfixture.h"
+
+#include "app/messages.h"
+#include "pricelists/association.h"
+#include "pricelists/frmcatalog.h"
+#include "pricelists/keyedtree.h"
+#include "scriptedprompter.h"
+
+#include <QLabel>
+#include <QListWidget>
+#include <QProcess>
+#include <QPushButton>
+#include <gtest/gtest.h>
+
+namespace {
+
+const QDate Past(2026, 2, 1);
+
+const QString CodePrompt = QStringLiteral("Veuillez inscrire le code de groupe que vous désirez "
+                                          "utiliser. \r\n(Maximum de 4 caractères)");
+
+ListRow activated(const char* desc, const char* fichier, const char* code, const char* catno,
+                  bool pasObliger = false) {
+    return {.desc = desc,
+            .fichier = fichier,
+            .dateEff = Past,
+            .dateStk = Past,
+            .codeGro = code,
+            .pasObliger = pasObliger,
+            .catNo = catno};
+}
+
+CatalogueRow catalogue(const char* fichier, std::array<QString, 9> gr, std::array<QString, 9> grl) {
+    CatalogueRow row{fichier, QStringLiteral("Catalogue %1").arg(fichier)};
+    row.gr = gr;
+    row.grd = {"Freins", "Filtres", "Courroies et poulies auto"};
+    row.grl = grl;
+    return row;
+}
+
+// Shows a list in the configuration pane as a click on its node does.
+void show(ListFixture& f, int row) {
+    f.ui->refresh();
+    f.ui->Nodeclick(0, f.list(0).node(ListKey(row)));
+}
+
+std::unique_ptr<frmCatalog> openDialog(ListFixture& f, const QString& code) {
+    const QTreeWidgetItem* node = f.cat(0).node(CatalogueKey(code));
+    if (!node)
+        node = f.cat(1).node(CatalogueKey(code));
+    return std::make_unique<frmCatalog>(Commands(f), node->text(0), KeyedTree::keyOf(node));
+}
+
+void choose(frmCatalog& dialog, int row) {
+    dialog.lstCatgroupeClick(row);
+    dialog.OKButtonClick();
+}
+
+QString catno(ListFixture& f, const char* fichier) {
+    return f.storedField(fichier, "CATNO").toString();
+}
+
+// The other workstation: holds a row of a table or changes one, as a separate process.
+class Peer {
+public:
+    explicit Peer(const QStringList& args) {
+        process_.start(QStringLiteral(DBASE_PEER), args);
+        process_.waitForStarted();
+    }
+    ~Peer() {
+        process_.closeWriteChannel();
+        if (!process_.waitForFinished(5000))
+            process_.kill();
+    }
+    QString answer() {
+        while (!process_.canReadLine())
+            if (!process_.waitForReadyRead(10000))
+                break;
+        return QString::fromUtf8(process_.readLine()).trimmed();
+    }
+
+private:
+    QProcess process_;
+};
+
+} // namespace
+
+TEST(CatalogueDialog, RowsKeepTheirCategoryAndOKWaitsForAChoice) {
+    ListFixture f({activated("A", "AAA", "AB", "")},
+                  {catalogue("ABC", {"G1", "", "G3"}, {"AB"}), catalogue("XY", {}, {})});
+    show(f, 0);
+    auto dialog = openDialog(f, "ABC");
+    EXPECT_EQ(dialog->windowTitle(), "A");
+    EXPECT_EQ(dialog->lblCat->text(), LoadText(40) + " Catalogue ABC");
+    ASSERT_EQ(dialog->lstCatgroupe->count(), 2)
+        << "a category without a suggested code is left out";
+    EXPECT_EQ(dialog->categoryOfRow(1), 3) << "the category after the gap";
+    EXPECT_EQ(dialog->lstCatgroupe->item(0)->text(), CategoryRowText("G1", "Freins", "AB"));
+    EXPECT_EQ(CategoryRowText("G3", QString(30, 'd'), "AB").indexOf("AB"),
+              CategoryRowText("G3", "Court", "AB").indexOf("AB"))
+        << "a long description keeps the code in use in its column";
+    EXPECT_FALSE(dialog->OKButton->isEnabled());
+    dialog->lstCatgroupeClick(1);
+    EXPECT_TRUE(dialog->OKButton->isEnabled());
+    EXPECT_FALSE(f.binding.isBound()) << "the pane is untied while the dialog is open";
+    dialog->CancelButtonClick();
+    EXPECT_TRUE(f.binding.isBound());
+
+    auto empty = openDialog(f, "XY");
+    EXPECT_EQ(empty->lstCatgroupe->count(), 0);
+}
+
+TEST(CatalogueDialog, TheListsOfTheCodeGainTheCatalogueOnce) {
+    ListFixture f({activated("A", "AAA", "AB", ""),
+                   activated("B", "BBB", "AB", "ABC;"),
+                   activated("C", "CCC", "CD", "BC;"),
+                   {.desc = "D", .fichier = "DDD", .utiliser = false, .codeGro = "AB"}},
+                  {catalogue("BC", {"G1", "G2"}, {"AB"}), catalogue("ABC", {}, {})});
+    show(f, 0);
+    auto dialog = openDialog(f, "BC");
+    choose(*dialog, 0); // the category already uses AB: nothing to dissociate
+    EXPECT_EQ(dialog->result(), QDialog::Accepted);
+    EXPECT_EQ(catno(f, "AAA"), "BC;");
+    EXPECT_EQ(catno(f, "BBB"), "ABC;") << "ABC; counts as holding BC";
+    EXPECT_EQ(catno(f, "CCC"), "BC;") << "another code: untouched";
+    EXPECT_EQ(catno(f, "DDD"), "") << "not activated";
+    EXPECT_EQ(StoredCategories(f, "BC").first(), "AB");
+    EXPECT_EQ(f.rsPrixList.filter(), "");
+}
+
+TEST(CatalogueDialog, ReplacingACodeDissociatesItsListsOnceNoCategoryUsesIt) {
+    ListFixture f({activated("N", "NNN", "NEW", ""), activated("P", "PPP", "OLD", "AB;B;"),
+                   activated("Q", "QQQ", "", "B;C;", true)},
+                  {catalogue("B", {"G1", "G2"}, {"OLD", "OLD"}), catalogue("AB", {"G1"}, {}),
+                   catalogue("C", {}, {})});
+    show(f, 0);
+    choose(*openDialog(f, "B"), 0);
+    EXPECT_EQ(StoredCategories(f, "B").mid(0, 2), QStringList({"NEW", "OLD"}));
+    EXPECT_EQ(catno(f, "NNN"), "B;");
+    EXPECT_EQ(catno(f, "PPP"), "AB;B;") << "category 2 still uses OLD";
+    EXPECT_EQ(catno(f, "QQQ"), "B;C;");
+
+    show(f, 0);
+    choose(*openDialog(f, "B"), 1);
+    EXPECT_EQ(StoredCategories(f, "B").mid(0, 2), QStringList({"NEW", "NEW"}));
+    EXPECT_EQ(catno(f, "PPP"), "AB;") << "the entry B, not the B; inside AB;";
+    EXPECT_EQ(catno(f, "QQQ"), "C;") << "a list that needs no code goes too";
+    EXPECT_EQ(catno(f, "NNN"), "B;") << "not added twice";
+}
+
+TEST(CatalogueDialog, AListWithoutCodeAsksForOneOfAtMostFourCharacters) {
+    ListFixture f({activated("A", "AAA", "", ""), activated("B", "BBB", "AB", "")},
+                  {catalogue("C1", {"G1"}, {"AB"})});
+    show(f, 0);
+    auto dialog = openDialog(f, "C1");
+    {
+        ScriptedPrompter prompts;
+        prompts.expectInput(CodePrompt, "abcde")
+            .expectMessage(LoadText(42), Buttons::Ok, Icon::Warning, {}, Answer::Ok);
+        choose(*dialog, 0);
+    }
+    EXPECT_NE(dialog->result(), QDialog::Accepted) << "still open";
+    EXPECT_EQ(catno(f, "BBB"), "") << "nothing written";
+    {
+        ScriptedPrompter prompts;
+        prompts.expectInput(CodePrompt, ""); // nothing typed: the category's own code
+        choose(*dialog, 0);
+    }
+    EXPECT_EQ(dialog->result(), QDialog::Accepted);
+    EXPECT_EQ(catno(f, "BBB"), "C1;");
+    EXPECT_EQ(catno(f, "AAA"), "") << "the lists of AB, not the list without a code";
+    EXPECT_EQ(StoredCategories(f, "C1").first(), "AB");
+}
+
+TEST(CatalogueDialog, ARowHeldOrChangedElsewhereLeavesNothingHalfWritten) {
+    ListFixture f({activated("A", "AAA", "AB", ""), activated("B", "BBB", "AB", "")},
+                  {catalogue("C1", {"G1"}, {})});
+    show(f, 0);
+    {
+        // The catalogue's row is held by another workstation: A's CATNO is written first,
+        // then put back.
+        Peer peer({"lock-record", f.dir.filePath("CATALIST.DBF"), "1"});
+        ASSERT_EQ(peer.answer(), "ready");
+        auto dialog = openDialog(f, "C1");
+        ScriptedPrompter prompts;
+        prompts.expectMessageMatching("^errOKButton: -?\\d+\\n.*locked");
+        choose(*dialog, 0);
+        EXPECT_NE(dialog->result(), QDialog::Accepted);
+        EXPECT_EQ(dialog->lstCatgroupe->count(), 1) << "the dialog shows the tables again";
+        EXPECT_FALSE(dialog->OKButton->isEnabled());
+    }
+    EXPECT_EQ(catno(f, "AAA"), "");
+    EXPECT_EQ(catno(f, "BBB"), "");
+    EXPECT_EQ(StoredCategories(f, "C1").first(), "");
+
+    // B's row was changed by another workstation since it was read: A goes back, B keeps the
+    // other workstation's change, and the catalogue is not touched.
+    show(f, 0);
+    auto dialog = openDialog(f, "C1");
+    ASSERT_EQ(Peer({"set", f.dir.path(), "PRIXLIST", "1", "FOURNIS", "PEER"}).answer(), "saved");
+    {
+        ScriptedPrompter prompts;
+        prompts.expectMessageMatching("^errOKButton: ");
+        choose(*dialog, 0);
+    }
+    EXPECT_EQ(catno(f, "AAA"), "");
+    EXPECT_EQ(catno(f, "BBB"), "");
+    EXPECT_EQ(f.storedField("BBB", "FOURNIS").toString(), "PEER");
+    EXPECT_EQ(StoredCategories(f, "C1").first(), "");
+
+    // Once the other workstation is done, the same choice goes through.
+    {
+        ScriptedPrompter prompts;
+        choose(*dialog, 0);
+    }
+    EXPECT_EQ(catno(f, "BBB"), "C1;");
+}
+
+TEST(AssociationCommand, MessagesWhenNothingIsSelected) {
+    ListFixture f({activated("A", "AAA", "AB", "")}, {catalogue("C1", {"G1"}, {})});
+    f.ui->refresh();
+    const ListCommandContext c = Commands(f);
+    {
+        ScriptedPrompter prompts;
+        prompts.expectMessage(LoadText(127));
+        AssociationCommand(c);
+    }
+    f.cat(0).selectNode(f.cat(0).node(CatalogueKey("C1")));
+    {
+        ScriptedPrompter prompts;
+        prompts.expectMessage(LoadText(128));
+        AssociationCommand(c);
+    }
+}
+
+TEST(AssociationCommand, DissociatingAListTakesItsCodeOutOfTheCatalogue) {
+    ListFixture f({activated("W", "WWW", "AB", "XY;"), activated("X", "XXX", "AB", "AXY;XY;"),
+                   activated("Y", "YYY", "", "XY;K;"), activated("Z", "ZZZ", "", "XY;")},
+                  {catalogue("XY", {"G1", "G2"}, {"CD", "AB"}), catalogue("AXY", {}, {}),
+                   catalogue("K", {}, {})});
+    f.ui->refresh();
+    const ListCommandContext c = Commands(f);
+    // Selects the node of a list under catalogue XY and runs the command.
+    const auto dissociate = [&](int row) {
+        const QTreeWidgetItem* catalogueNode = f.cat(0).node(CatalogueKey("XY"));
+        for (int i = 0; i < catalogueNode->childCount(); ++i) {
+            QTreeWidgetItem* node = catalogueNode->child(i);
+            if (KeyedTree::rowOf(node) != row)
+                continue;
+            f.cat(0).selectNode(node);
+            f.ui->Nodeclick(0, node);
+            AssociationCommand(c);
+            return;
+        }
+        ADD_FAILURE() << "no list of row " << row << " under XY";
+    };
+
+    // X (AB) under XY: every activated list of AB loses XY, the slot of AB is emptied.
+    dissociate(1);
+    EXPECT_EQ(catno(f, "WWW"), "");
+    EXPECT_EQ(catno(f, "XXX"), "AXY;") << "only its second entry";
+    EXPECT_EQ(StoredCategories(f, "XY").mid(0, 2), QStringList({"CD", ""}));
+    EXPECT_EQ(catno(f, "YYY"), "XY;K;") << "another code";
+
+    // A list without a code goes alone.
+    dissociate(2);
+    EXPECT_EQ(catno(f, "YYY"), "K;");
+    EXPECT_EQ(catno(f, "ZZZ"), "XY;");
+
+    // The last list under the catalogue: withdrawing it is offered; No keeps it.
+    {
+        ScriptedPrompter prompts;
+        prompts.expectMessage(LoadText(129), Buttons::YesNo, Icon::None, {}, Answer::No);
+        dissociate(3);
+    }
+    EXPECT_EQ(catno(f, "ZZZ"), "");
+    EXPECT_TRUE(StoredCatalogueField(f, "XY", "UTILISER").toBool());
+    EXPECT_EQ(f.cat(0).node(CatalogueKey("XY"))->childCount(), 0);
+}
