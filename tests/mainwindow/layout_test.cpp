@@ -1,11 +1,10 @@
 // The main window's layout by keys, saved and put back, and its command strip as the keyboard,
-// the mouse and a screen reader reach it. CTest runs this group again at twice the scale.
-#include "app/frmoptions.h"
+// the mouse and a screen reader reach it. CTest runs this group again on screens of twice the
+// density.
 #include "app/messages.h"
 #include "app/settings.h"
 #include "mainwindow/commandstrip.h"
 #include "mainwindow/splitterbars.h"
-#include "partsfile/frmstock.h"
 #include "pricelists/configpane.h"
 #include "pricelists/keyedtree.h"
 #include "pricelists/pricelistsui.h"
