@@ -1,5 +1,6 @@
 #include "app/panelayout.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace {
@@ -14,6 +15,8 @@ PanePlacement PlacePanes(double innerWidth, double innerHeight, double widthFrac
     p.pane[0] = {0, 0, splitX - SplitterRoom, splitY - SplitterRoom};
     p.pane[1] = {splitX + SplitterRoom, 0, innerWidth - (splitX + SplitterRoom), p.pane[0].height};
     p.pane[2] = {0, splitY + SplitterRoom, innerWidth, innerHeight - (splitY + SplitterRoom)};
+    p.innerWidth = innerWidth;
+    p.innerHeight = innerHeight;
     PlaceSplitters(p, innerWidth);
     return p;
 }
@@ -23,6 +26,33 @@ std::optional<LayoutFractions> FractionsOf(const PaneLayout& layout) {
         return std::nullopt;
     return LayoutFractions{(layout.firstPaneWidth + SplitterRoom) / layout.innerWidth,
                            (layout.thirdPaneTop - SplitterRoom) / layout.innerHeight};
+}
+
+PaneLayout LayoutOf(const PanePlacement& p) {
+    return {p.pane[0].width, p.pane[2].top, p.innerWidth, p.innerHeight};
+}
+
+double SplitterEdgeWithinLimits(const PanePlacement& p, SplitterBar bar, double edge) {
+    // In a window too small for both limits, the far pane keeps its room.
+    if (bar == VerticalBar)
+        return std::min(std::max(edge, MinVerticalBarLeft), p.innerWidth - RightPaneRoom);
+    return std::min(std::max(edge, MinHorizontalBarTop), p.innerHeight - BottomPaneRoom);
+}
+
+void DropSplitter(PanePlacement& p, SplitterBar bar, double edge) {
+    if (bar == VerticalBar) {
+        const double moved = SplitterEdgeWithinLimits(p, bar, edge) - p.splitter[bar].left;
+        p.pane[0].width += moved;
+        p.pane[1].left += moved;
+        p.pane[1].width -= moved;
+    } else {
+        const double moved = SplitterEdgeWithinLimits(p, bar, edge) - p.splitter[bar].top;
+        p.pane[0].height += moved;
+        p.pane[1].height += moved;
+        p.pane[2].top += moved;
+        p.pane[2].height -= moved;
+    }
+    PlaceSplitters(p, p.innerWidth);
 }
 
 void PlaceSplitters(PanePlacement& p, double innerWidth) {

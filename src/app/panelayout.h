@@ -24,6 +24,8 @@ struct TwipRect {
 struct PanePlacement {
     TwipRect pane[3];     // picForm 0 (top left), 1 (top right), 2 (bottom)
     TwipRect splitter[2]; // picSplitter 0 (vertical bar), 1 (horizontal bar)
+    double innerWidth = 0;
+    double innerHeight = 0;
 };
 
 PanePlacement PlacePanes(double innerWidth, double innerHeight, double widthFraction,
@@ -39,6 +41,22 @@ struct PaneLayout {
     double innerWidth = 0;
     double innerHeight = 0;
 };
+PaneLayout LayoutOf(const PanePlacement& placement);
+
+// The splitters: the vertical bar picSplitter 0 moves along the width, the horizontal bar
+// picSplitter 1 along the height. A bar is dropped within limits that keep every pane usable.
+enum SplitterBar { VerticalBar = 0, HorizontalBar = 1 };
+inline constexpr double MinVerticalBarLeft = 365;
+inline constexpr double RightPaneRoom = 600; // the vertical bar stays this far from the right
+inline constexpr double MinHorizontalBarTop = 2050;
+inline constexpr double BottomPaneRoom = 1000; // the horizontal bar stays this far from the bottom
+
+// The leading edge (left of the vertical bar, top of the horizontal one) brought within the
+// bar's limits.
+double SplitterEdgeWithinLimits(const PanePlacement& placement, SplitterBar bar, double edge);
+// Drops a bar with its leading edge at `edge`: the edge is brought within the limits and the
+// panes on both sides follow the bar by the distance it moved.
+void DropSplitter(PanePlacement& placement, SplitterBar bar, double edge);
 
 struct LayoutFractions {
     double width = 0;

@@ -11,6 +11,7 @@
 #include "data/moddata.h"
 #include "mainwindow/commandstrip.h"
 #include "mainwindow/downloadview.h"
+#include "mainwindow/splitterbars.h"
 #include "partsfile/frmstock.h"
 #include "partsfile/modnvconvert.h"
 #include "partsfile/partsearchpane.h"
@@ -65,11 +66,8 @@ frmMain::frmMain(QWidget* parent)
         picForm[i]->setLayout(new QVBoxLayout);
         picForm[i]->layout()->setContentsMargins(0, 0, 0, 0);
     }
-    for (int i = 0; i < 2; ++i) {
-        picSplitter[i] = new QWidget(panesArea);
-        picSplitter[i]->setObjectName(QStringLiteral("picSplitter%1").arg(i));
-        picSplitter[i]->setCursor(i == 0 ? Qt::SplitHCursor : Qt::SplitVCursor);
-    }
+    splitters = new SplitterBars(
+        panesArea, picForm, [this] { return double(logicalDpiX()); }, this);
     buildPanes();
     composePriceLists();
     composeDownloads();
@@ -214,7 +212,7 @@ void frmMain::Load() {
         listState.ConfigDirty = Dirty::None;
         listState.CurrentListTab = 0;
         listState.CurrentCatTab = 0;
-        LastMouseDownX = LastMouseDownY = 2147483647;
+        splitters->forgetPress();
     });
     loadStep([this, updateMode] {
         for (MenuPicture* button : Picture1->picMenu) {
@@ -249,8 +247,10 @@ void frmMain::Label() {
         listPane->label();
         catPane->label();
         static const int infoTabs[] = {1, 7, 9, 8};
-        for (int i = 0; i < 4; ++i)
+        for (int i = 0; i < 4; ++i) {
             tbsInfo->setTabText(i, LoadText(infoTabs[i]));
+            tbsInfo->widget(i)->setAccessibleName(tbsInfo->tabText(i)); // for screen readers
+        }
         configPane->labelFields();
         downloadPage->labelUpdateFrame();
         configPane->labelFrames();
@@ -293,26 +293,15 @@ void frmMain::Activate() {
     }
 }
 
+// The panes stand at the stored fractions until the dealer moves a splitter, and keep their
+// proportions when the window changes size.
 void frmMain::placePanes() {
-    const double dpi = logicalDpiX();
-    const double innerWidth = PixelsToTwips(panesArea->width(), dpi);
-    const double innerHeight = PixelsToTwips(panesArea->height(), dpi);
     const AppSettings& s = App().Settings;
-    const PanePlacement placement = PlacePanes(innerWidth, innerHeight, s.Width, s.Height);
-    const auto toPixels = [dpi](const TwipRect& r) {
-        return QRect(TwipsToPixels(r.left, dpi), TwipsToPixels(r.top, dpi),
-                     TwipsToPixels(r.width, dpi), TwipsToPixels(r.height, dpi));
-    };
-    for (int i = 0; i < 3; ++i)
-        picForm[i]->setGeometry(toPixels(placement.pane[i]));
-    for (int i = 0; i < 2; ++i)
-        picSplitter[i]->setGeometry(toPixels(placement.splitter[i]));
+    splitters->fit({s.Width, s.Height});
 }
 
 PaneLayout frmMain::CurrentLayout() const {
-    const double dpi = logicalDpiX();
-    return {PixelsToTwips(picForm[0]->width(), dpi), PixelsToTwips(picForm[2]->y(), dpi),
-            PixelsToTwips(panesArea->width(), dpi), PixelsToTwips(panesArea->height(), dpi)};
+    return splitters->currentLayout();
 }
 
 void frmMain::resizeEvent(QResizeEvent* event) {
@@ -348,8 +337,10 @@ bool frmMain::KeyDown(int key, Qt::KeyboardModifiers modifiers) {
         }
         return true;
     }
-    if (alt)
-        return true; // the splitter keys come with the splitters
+    if (alt) {
+        splitters->moveByKey(key);
+        return true;
+    }
     if (key == Qt::Key_F1) {
         OpenGuide();
         return true;

@@ -22,6 +22,7 @@ class MenuPicture;
 class PartSearchPane;
 class PriceListsUi;
 class QTabWidget;
+class SplitterBars;
 
 // The main window: the command strip above three panes (the list trees, the catalogue trees,
 // and the information tabs). It composes the parts of the program and wires them; their logic
@@ -51,7 +52,8 @@ public:
     CommandStrip* Picture1; // the command strip: picMenu(0 to 6), lblMenu(0 to 4)
     QWidget* panesArea;
     std::array<QWidget*, 3> picForm{};
-    std::array<QWidget*, 2> picSplitter{};
+    // The bars picSplitter 0 and 1 between the panes, and their drag.
+    SplitterBars* splitters = nullptr;
     ListTreePane* listPane = nullptr; // picForm 0
     CatTreePane* catPane = nullptr;   // picForm 1
     QTabWidget* tbsInfo = nullptr;    // picForm 2, with the four pages below
@@ -68,9 +70,6 @@ public:
     std::unique_ptr<DownloadView> downloadView;
     // What the list commands of the strip (select, activate, associate) work on.
     std::optional<ListCommandContext> listCommands;
-    // The last left-button press on a splitter; none while no drag is under way.
-    int LastMouseDownX = 2147483647;
-    int LastMouseDownY = 2147483647;
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;

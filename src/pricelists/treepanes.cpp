@@ -86,8 +86,10 @@ void ListTreePane::label() {
     // Laid out as a node's text, in the same fixed-pitch font: each heading over its column.
     lblTvw->setText(ListNodeText(LoadText(62), QStringLiteral("Code"), LoadText(63)));
     alignHeading();
-    for (int i = 0; i < 4; ++i)
+    for (int i = 0; i < 4; ++i) {
         tbsList->setTabText(i, LoadText(2 + i));
+        tvwList[i]->setAccessibleName(tbsList->tabText(i)); // for screen readers
+    }
 }
 
 CatTreePane::CatTreePane(QWidget* parent) : QWidget(parent) {
@@ -137,4 +139,6 @@ bool CatTreePane::isCatalogueChecked(const QString& code) const {
 void CatTreePane::label() {
     tbsCat->setTabText(0, LoadText(6));
     tbsCat->setTabText(1, LoadText(41));
+    for (int i = 0; i < 2; ++i)
+        tvwCat[i]->setAccessibleName(tbsCat->tabText(i)); // for screen readers
 }

@@ -17,6 +17,7 @@
 #include "pricelists/treeinteractions.h"
 #include "pricelists/treepanes.h"
 
+#include "mainwindowfixture.h"
 #include "scriptedprompter.h"
 #include "tempinstall.h"
 
@@ -33,36 +34,7 @@
 #include <QTest>
 #include <gtest/gtest.h>
 
-namespace {
-
-struct MainWindowFixture : ::testing::Test {
-    TempInstall install;
-    MDIfrmMain frame;
-    frmMain* main = nullptr;
-
-    void SetUp() override {
-        ResetAppState();
-        App().Settings.Nation = 1000;
-        App().Settings.Width = 0.56f;
-        App().Settings.Height = 0.37f;
-        App().RegistryKeyPath = QStringLiteral("Software\\Norvale Systems");
-        App().DataPath = install.dir(QStringLiteral("NVNV"));
-        App().PrgPath = install.dir(QStringLiteral("PRG"));
-        App().InfoPath = install.dir(QStringLiteral("NVINFO"));
-        writeDemoTables(install.drive());
-        ASSERT_TRUE(OpenData());
-        main = new frmMain(&frame);
-        main->settingsStore = CRegSettings(install.settingsFile());
-        frame.setCentralWidget(main);
-        frame.resize(1000, 700);
-    }
-    void TearDown() override {
-        CloseData();
-        ResetAppState();
-    }
-};
-
-} // namespace
+using MainWindowFixture = MainWindowOnDemoData;
 
 TEST_F(MainWindowFixture, LabelPutsTheCaptionsOfTheChosenLanguage) {
     main->Load();

@@ -1,0 +1,204 @@
+// The main window's layout by keys, saved and put back, and its command strip as the keyboard,
+// the mouse and a screen reader reach it. CTest runs this group again on screens of twice the
+// density.
+#include "app/messages.h"
+#include "app/settings.h"
+#include "mainwindow/commandstrip.h"
+#include "mainwindow/splitterbars.h"
+#include "pricelists/configpane.h"
+#include "pricelists/keyedtree.h"
+#include "pricelists/pricelistsui.h"
+#include "pricelists/treepanes.h"
+
+#include "mainwindowfixture.h"
+#include "scriptedprompter.h"
+
+#include <QAccessible>
+#include <QAccessibleActionInterface>
+#include <QTabBar>
+#include <QTabWidget>
+#include <QTest>
+#include <QTimer>
+
+namespace {
+
+using WindowLayout = MainWindowOnDemoData;
+
+const Qt::KeyboardModifiers AltShift = Qt::AltModifier | Qt::ShiftModifier;
+
+void showActive(QWidget& window) {
+    window.show();
+    window.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+}
+
+// Runs `act`, which opens a modal window; returns the class of the window that opened, or
+// nothing when none did.
+template <typename Act> QString dialogOpenedBy(Act act) {
+    QString opened;
+    QTimer closer;
+    closer.setInterval(10);
+    QObject::connect(&closer, &QTimer::timeout, [&] {
+        if (QWidget* dialog = QApplication::activeModalWidget()) {
+            opened = QString::fromLatin1(dialog->metaObject()->className());
+            dialog->close();
+        }
+    });
+    closer.start();
+    act();
+    QTest::qWait(30);
+    return opened;
+}
+
+QString accessibleName(QObject* object) {
+    return QAccessible::queryAccessibleInterface(object)->text(QAccessible::Name);
+}
+
+} // namespace
+
+TEST_F(WindowLayout, AltShiftArrowsMoveTheSplittersAndTheLayoutIsSavedAndPutBack) {
+    App().Settings.Format = 1;
+    main->Load();
+    showActive(frame);
+    const SplitterBars& bars = *main->splitters;
+    const PanePlacement start = bars.placement();
+    const double dpi = main->logicalDpiX();
+
+    QTest::keyClick(frame.windowHandle(), Qt::Key_Left, AltShift);
+    EXPECT_DOUBLE_EQ(bars.placement().pane[0].width, start.pane[0].width - 120);
+    EXPECT_DOUBLE_EQ(bars.placement().pane[1].left, start.pane[1].left - 120);
+    EXPECT_EQ(main->picForm[1]->x(), TwipsToPixels(start.pane[1].left - 120, dpi));
+    QTest::keyClick(frame.windowHandle(), Qt::Key_Down, AltShift);
+    EXPECT_DOUBLE_EQ(bars.placement().pane[2].top, start.pane[2].top + 120);
+    EXPECT_DOUBLE_EQ(bars.placement().pane[1].height, start.pane[1].height + 120);
+    QTest::keyClick(frame.windowHandle(), Qt::Key_Right, AltShift);
+    QTest::keyClick(frame.windowHandle(), Qt::Key_Up, AltShift);
+    EXPECT_EQ(bars.placement().pane[1], start.pane[1]);
+    EXPECT_EQ(bars.placement().pane[2], start.pane[2]);
+
+    // Alt+Shift with any other key is consumed: the field with the focus gets nothing.
+    ConfigField* supplier = main->configPane->txtConfig[PrixField::Fournis];
+    supplier->setFocus();
+    const QString typed = supplier->text();
+    QTest::keyClick(frame.windowHandle(), Qt::Key_X, AltShift);
+    EXPECT_EQ(supplier->text(), typed);
+
+    // The keys stop at the limits as a drop does.
+    for (int i = 0; i < 200; ++i)
+        QTest::keyClick(frame.windowHandle(), Qt::Key_Left, AltShift);
+    EXPECT_DOUBLE_EQ(bars.placement().splitter[VerticalBar].left, 365);
+    for (int i = 0; i < 3; ++i)
+        QTest::keyClick(frame.windowHandle(), Qt::Key_Up, AltShift);
+    const PanePlacement moved = bars.placement();
+    EXPECT_EQ(bars.LastMouseDownX, SplitterBars::NoPress);
+
+    // Saved at unload, put back by the next window at the same size.
+    main->Unload();
+    AppSettings next;
+    AssignStoredSettings(next, main->settingsStore.EnumValues(App().RegistryKeyPath));
+    App().Settings.Width = next.Width;
+    App().Settings.Height = next.Height;
+    ASSERT_TRUE(OpenData());
+    frmMain again;
+    again.Load();
+    again.resize(main->size());
+    again.show();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(&again));
+    again.resize(main->size());
+    const PanePlacement back = again.splitters->placement();
+    for (int i = 0; i < 3; ++i) {
+        EXPECT_NEAR(back.pane[i].left, moved.pane[i].left, 1) << i;
+        EXPECT_NEAR(back.pane[i].top, moved.pane[i].top, 1) << i;
+        EXPECT_NEAR(back.pane[i].width, moved.pane[i].width, 1) << i;
+        EXPECT_NEAR(back.pane[i].height, moved.pane[i].height, 1) << i;
+        EXPECT_EQ(again.picForm[i]->geometry(), main->picForm[i]->geometry()) << i;
+    }
+}
+
+// A command pressed while the configuration pane holds unsaved changes saves them (the
+// question) instead of acting; the next click acts. The keyboard goes the same way.
+TEST_F(WindowLayout, APressWithUnsavedChangesSavesThemInsteadOfRunningTheCommand) {
+    main->Load();
+    showActive(frame);
+    main->tbsInfo->setCurrentIndex(1);
+    ConfigField* supplier = main->configPane->txtConfig[PrixField::Fournis];
+    MenuPicture* modify = main->Picture1->picMenu[2];
+    const auto typeChange = [&] {
+        supplier->setFocus();
+        QTest::keyClicks(supplier, "ACME");
+    };
+
+    typeChange();
+    {
+        ScriptedPrompter prompts;
+        prompts.expectMessage(MessageCatalogue::text(1061), Answer::No);
+        EXPECT_EQ(dialogOpenedBy([&] { QTest::mouseClick(modify, Qt::LeftButton); }), QString());
+    }
+    EXPECT_EQ(main->tbsInfo->currentIndex(), 1) << "the command did not run";
+    EXPECT_FALSE(modify->isPressed());
+    EXPECT_EQ(modify->frameShape(), QFrame::NoFrame);
+
+    EXPECT_EQ(dialogOpenedBy([&] { QTest::mouseClick(modify, Qt::LeftButton); }),
+              QStringLiteral("frmStock"));
+    EXPECT_EQ(main->tbsInfo->currentIndex(), 3);
+    // The window's focus, which it has again once it is active.
+    EXPECT_EQ(frame.focusWidget(), main->listPane->tvwList[main->listState.CurrentListTab])
+        << "the focus goes back to the list tree";
+
+    // Space on a focused button: the same guard, then the same command.
+    MenuPicture* options = main->Picture1->picMenu[3];
+    typeChange();
+    {
+        ScriptedPrompter prompts;
+        prompts.expectMessage(MessageCatalogue::text(1061), Answer::No);
+        options->setFocus();
+        EXPECT_EQ(dialogOpenedBy([&] { QTest::keyClick(options, Qt::Key_Space); }), QString());
+    }
+    options->setFocus();
+    EXPECT_EQ(dialogOpenedBy([&] { QTest::keyClick(options, Qt::Key_Space); }),
+              QStringLiteral("frmOptions"));
+    options->setFocus();
+    EXPECT_EQ(dialogOpenedBy([&] { QTest::keyClick(options, Qt::Key_Return); }),
+              QStringLiteral("frmOptions"));
+
+    // A screen reader's press, too.
+    typeChange();
+    QAccessibleActionInterface* action =
+        QAccessible::queryAccessibleInterface(options)->actionInterface();
+    ASSERT_NE(action, nullptr);
+    {
+        ScriptedPrompter prompts;
+        prompts.expectMessage(MessageCatalogue::text(1061), Answer::No);
+        EXPECT_EQ(
+            dialogOpenedBy([&] { action->doAction(QAccessibleActionInterface::pressAction()); }),
+            QString());
+    }
+    EXPECT_EQ(dialogOpenedBy([&] { action->doAction(QAccessibleActionInterface::pressAction()); }),
+              QStringLiteral("frmOptions"));
+}
+
+// A screen reader names the strip's buttons by their captions and the panes by their tabs, in
+// the chosen language.
+TEST_F(WindowLayout, TheStripAndThePanesHaveNamesInTheChosenLanguage) {
+    main->Load();
+    const CommandStrip& strip = *main->Picture1;
+    QAccessibleInterface* select = QAccessible::queryAccessibleInterface(strip.picMenu[0]);
+    EXPECT_EQ(select->role(), QAccessible::Button);
+    EXPECT_EQ(select->text(QAccessible::Name), QStringLiteral("Sélectionner"));
+    EXPECT_EQ(accessibleName(strip.picMenu[1]), MessageCatalogue::text(1122));
+    EXPECT_EQ(accessibleName(strip.picMenu[4]), MessageCatalogue::text(1121));
+    EXPECT_EQ(accessibleName(strip.picMenu[6]), MessageCatalogue::text(1125));
+    EXPECT_EQ(accessibleName(main->listPane->tvwList[3]), main->listPane->tbsList->tabText(3));
+    EXPECT_EQ(accessibleName(main->catPane->tvwCat[1]), main->catPane->tbsCat->tabText(1));
+    EXPECT_EQ(accessibleName(main->tbsInfo->widget(3)), QStringLiteral("Pièces"));
+
+    App().Settings.Nation = 2000;
+    main->Label();
+    EXPECT_EQ(accessibleName(strip.picMenu[0]), QStringLiteral("Select lists"));
+    EXPECT_EQ(accessibleName(strip.picMenu[3]), QStringLiteral("Options"));
+    EXPECT_EQ(accessibleName(main->tbsInfo->widget(2)), QStringLiteral("Newsletters"));
+    EXPECT_EQ(accessibleName(main->listPane->tvwList[0]), main->listPane->tbsList->tabText(0));
+    // The captions fit their places: the strip widens them for the longest one.
+    for (const QLabel* caption : strip.lblMenu)
+        EXPECT_LE(caption->fontMetrics().horizontalAdvance(caption->text()), caption->width());
+}

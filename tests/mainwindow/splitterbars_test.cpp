@@ -1,0 +1,154 @@
+// The splitter bars on their own: dropped at and beyond their limits, the panes following them,
+// and a layout saved at one screen resolution put back at the other.
+#include "app/appstate.h"
+#include "app/panelayout.h"
+#include "app/settings.h"
+#include "mainwindow/splitterbars.h"
+
+#include "tempinstall.h"
+
+#include <QWidget>
+#include <gtest/gtest.h>
+#include <memory>
+
+namespace {
+
+// Three panes and the two bars in a window `size` pixels large, on a screen of `dpi` dots per
+// inch, laid out at the usual fractions.
+struct Panes {
+    QWidget area;
+    std::array<QWidget*, 3> pane{};
+    std::unique_ptr<SplitterBars> bars;
+
+    Panes(double dpi, QSize size) {
+        for (QWidget*& p : pane)
+            p = new QWidget(&area);
+        bars = std::make_unique<SplitterBars>(&area, pane, [dpi] { return dpi; });
+        area.resize(size);
+        bars->fit({0.56, 0.37});
+    }
+    const PanePlacement& placed() const { return bars->placement(); }
+    double edge(int bar) const {
+        return bar == VerticalBar ? placed().splitter[bar].left : placed().splitter[bar].top;
+    }
+    // Presses on the bar, moves its edge to `to` twips and drops it there.
+    void drag(int bar, double to) {
+        bars->MouseDown(bar, Qt::LeftButton, 40, 40);
+        move(bar, to);
+        bars->MouseUp(bar);
+    }
+    void move(int bar, double to) {
+        const double by = to - edge(bar);
+        if (bar == VerticalBar)
+            bars->MouseMove(bar, Qt::LeftButton, by, 40);
+        else
+            bars->MouseMove(bar, Qt::LeftButton, 40, by);
+    }
+};
+
+// The panes fill the window with the bars' room between them, and stand where the twips say.
+void expectPanesAroundTheBars(const Panes& panes, double dpi) {
+    const PanePlacement& p = panes.placed();
+    EXPECT_DOUBLE_EQ(p.pane[1].left - p.pane[0].right(), 2 * SplitterRoom);
+    EXPECT_DOUBLE_EQ(p.pane[2].top - p.pane[0].bottom(), 2 * SplitterRoom);
+    EXPECT_DOUBLE_EQ(p.pane[1].bottom(), p.pane[0].bottom());
+    EXPECT_DOUBLE_EQ(p.pane[1].right(), p.innerWidth);
+    EXPECT_DOUBLE_EQ(p.pane[2].bottom(), p.innerHeight);
+    EXPECT_DOUBLE_EQ(p.splitter[VerticalBar].left, p.pane[1].left - 85);
+    EXPECT_DOUBLE_EQ(p.splitter[HorizontalBar].top, p.pane[2].top - 90);
+    EXPECT_EQ(panes.pane[1]->x(), TwipsToPixels(p.pane[1].left, dpi));
+    EXPECT_EQ(panes.pane[2]->y(), TwipsToPixels(p.pane[2].top, dpi));
+    EXPECT_EQ(panes.bars->picSplitter[0]->x(), TwipsToPixels(p.splitter[0].left, dpi));
+    EXPECT_EQ(panes.bars->picSplitter[1]->y(), TwipsToPixels(p.splitter[1].top, dpi));
+}
+
+} // namespace
+
+TEST(SplitterDrops, ABarDroppedBeyondItsLimitsStopsThereAndThePanesFollowIt) {
+    Panes panes(96, {960, 600}); // 14400 x 9000 twips
+    const double width = 14400, height = 9000;
+
+    panes.drag(VerticalBar, 100);
+    EXPECT_DOUBLE_EQ(panes.edge(VerticalBar), 365);
+    expectPanesAroundTheBars(panes, 96);
+    panes.drag(VerticalBar, width - 300);
+    EXPECT_DOUBLE_EQ(panes.edge(VerticalBar), width - 600);
+    expectPanesAroundTheBars(panes, 96);
+    panes.drag(VerticalBar, 5000);
+    EXPECT_DOUBLE_EQ(panes.edge(VerticalBar), 5000);
+    EXPECT_DOUBLE_EQ(panes.placed().pane[0].width, 5000 + 85 - 2 * SplitterRoom);
+
+    panes.drag(HorizontalBar, 1000);
+    EXPECT_DOUBLE_EQ(panes.edge(HorizontalBar), 2050);
+    expectPanesAroundTheBars(panes, 96);
+    panes.drag(HorizontalBar, height - 500);
+    EXPECT_DOUBLE_EQ(panes.edge(HorizontalBar), height - 1000);
+    expectPanesAroundTheBars(panes, 96);
+    EXPECT_DOUBLE_EQ(panes.edge(VerticalBar), 5000) << "the other bar stays";
+
+    // While the bar moves no limit applies and the panes wait for the drop.
+    const QRect before = panes.pane[0]->geometry();
+    panes.bars->MouseDown(VerticalBar, Qt::LeftButton, 40, 40);
+    panes.move(VerticalBar, 100);
+    EXPECT_EQ(panes.bars->picSplitter[0]->x(), TwipsToPixels(100, 96));
+    EXPECT_EQ(panes.pane[0]->geometry(), before);
+    // Another button ends the drag as a release does; the buttons coming up change nothing.
+    panes.bars->MouseDown(VerticalBar, Qt::RightButton, 0, 0);
+    EXPECT_EQ(panes.bars->LastMouseDownX, SplitterBars::NoPress);
+    EXPECT_DOUBLE_EQ(panes.edge(VerticalBar), 365);
+    panes.bars->MouseMove(VerticalBar, Qt::LeftButton, 3000, 40);
+    panes.bars->MouseUp(VerticalBar);
+    EXPECT_DOUBLE_EQ(panes.edge(VerticalBar), 365);
+    expectPanesAroundTheBars(panes, 96);
+}
+
+// After a drop the panes keep the dealer's proportions when the window changes size, instead
+// of going back to the stored fractions.
+TEST(SplitterDrops, TheMovedLayoutFollowsTheWindowsSize) {
+    Panes panes(96, {960, 600});
+    panes.drag(VerticalBar, 3000);
+    panes.drag(HorizontalBar, 6000);
+    const LayoutFractions moved = *FractionsOf(panes.bars->currentLayout());
+    panes.area.resize(1200, 750);
+    panes.bars->fit({0.56, 0.37});
+    const LayoutFractions resized = *FractionsOf(panes.bars->currentLayout());
+    EXPECT_NEAR(resized.width, moved.width, 1e-9);
+    EXPECT_NEAR(resized.height, moved.height, 1e-9);
+    EXPECT_DOUBLE_EQ(panes.placed().innerWidth, 18000);
+    expectPanesAroundTheBars(panes, 96);
+}
+
+// A layout saved on a screen at 96 dots per inch comes back the same on the same screen at
+// 192 (twice the pixels), and the other way round.
+TEST(SplitterDrops, TheLayoutSavedAtOneResolutionComesBackAtTheOther) {
+    TempInstall install;
+    const CRegSettings store(install.settingsFile());
+    AppState state;
+    state.RegistryKeyPath = RegistryKeyPathText;
+    state.Settings.Format = 1;
+    state.Settings.Width = 0.56f;
+    state.Settings.Height = 0.37f;
+    for (const auto& [savedAt, restoredAt] : {std::pair{96.0, 192.0}, {192.0, 96.0}}) {
+        const auto pixels = [](double dpi) { return QSize(960, 600) * (dpi / 96); };
+        Panes before(savedAt, pixels(savedAt));
+        before.drag(VerticalBar, 6123);
+        before.drag(HorizontalBar, 4321);
+        SaveSettings(store, state, before.bars->currentLayout());
+
+        AppSettings next;
+        AssignStoredSettings(next, store.EnumValues(RegistryKeyPathText));
+        Panes after(restoredAt, pixels(restoredAt));
+        after.bars->fit({next.Width, next.Height});
+        const double scale = restoredAt / savedAt;
+        for (int i = 0; i < 3; ++i) {
+            const QRect was = before.pane[i]->geometry();
+            const QRect is = after.pane[i]->geometry();
+            EXPECT_NEAR(is.left(), was.left() * scale, 1) << i;
+            EXPECT_NEAR(is.top(), was.top() * scale, 1) << i;
+            EXPECT_NEAR(is.width(), was.width() * scale, 1) << i;
+            EXPECT_NEAR(is.height(), was.height() * scale, 1) << i;
+        }
+        EXPECT_NEAR(after.edge(VerticalBar), 6123, 1);
+        EXPECT_NEAR(after.edge(HorizontalBar), 4321, 1);
+    }
+}
