@@ -97,3 +97,7 @@ protected:
 
 // "hh:mm:ss" of the fixed clock, as the report writes it.
 QString FixedTime();
+// A line of the report, written at the fixed time.
+QString ReportLine(const QString& text);
+// The report's last line.
+inline const QString ReportEnd = QStringLiteral("\r\n--- Fin du rapport ---");
