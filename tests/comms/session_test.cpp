@@ -149,9 +149,7 @@ TEST_F(SessionTest, StopInTheMiddleOfAList) {
     ScriptedServer::Reply list = ScriptedServer::file("LISTE", QByteArray(5000, 'x'));
     list.silentAfter = 1200;
     server.answer("LISTEALP", list);
-    view.boxes[1] = true;
-    view.marks(0, 0) = QStringLiteral("ALP");
-    view.marks(0, 1) = QStringLiteral("BET");
+    chooseAlphaAndBeta();
     prompts.expectMessage(LoadText(114), Answer::Yes);
     QTimer stopper;
     QObject::connect(&stopper, &QTimer::timeout, [&] {
@@ -192,9 +190,7 @@ TEST_F(SessionTest, ServerFaultsFailTheItemAndEndTheSessionWithOneReport) {
         fresh.answer("LISTEALP", c.reply);
         fresh.answer("LISTEBET", ScriptedServer::file("LISTE", "b"));
         view.reports.clear();
-        view.boxes[1] = true;
-        view.marks(0, 0) = QStringLiteral("ALP");
-        view.marks(0, 1) = QStringLiteral("BET");
+        chooseAlphaAndBeta();
 
         runSession();
 
@@ -264,9 +260,7 @@ TEST_F(SessionTest, UnwritableDestinationIsToldToTheServer) {
             return std::make_unique<QFile>(install.drive() + QStringLiteral("/missing/x"));
         return std::make_unique<FullDisk>(1000);
     });
-    view.boxes[1] = true;
-    view.marks(0, 0) = QStringLiteral("ALP");
-    view.marks(0, 1) = QStringLiteral("BET");
+    chooseAlphaAndBeta();
 
     runSession();
 
