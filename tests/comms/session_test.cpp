@@ -3,20 +3,15 @@
 #include "app/appstate.h"
 #include "app/messages.h"
 #include "sessionfixture.h"
+#include "testfiles.h"
 
 #include <QFile>
 #include <QRegularExpression>
 #include <QTcpServer>
 #include <QTimer>
+#include <functional>
 
 namespace {
-
-const QString EndLine = QStringLiteral("\r\n--- Fin du rapport ---");
-
-QByteArray readFile(const QString& path) {
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("<missing>");
-}
 
 // Every byte value, behind a beginning that looks like a server message.
 QByteArray awkwardContent(int repeats) {
@@ -46,10 +41,6 @@ private:
     qint64 room_;
 };
 
-QString line(const QString& text) {
-    return FixedTime() + text + QStringLiteral("\r\n");
-}
-
 } // namespace
 
 TEST_F(SessionTest, SelectedListArrivesByteForByteAndIsUnpacked) {
@@ -67,10 +58,11 @@ TEST_F(SessionTest, SelectedListArrivesByteForByteAndIsUnpacked) {
 
     EXPECT_EQ(server.received, (QList<QByteArray>{"BATI3", "ENVOIBATI3", "VERSI2004.3.2",
                                                   "LISTEALP", "ENVOILISTEALP"}));
-    EXPECT_EQ(readFile(prg(QStringLiteral("NVLISTE.ARJ"))), content);
-    EXPECT_EQ(readFile(prg(QStringLiteral("NVBATI.DAT"))), QByteArray("start file"));
+    EXPECT_EQ(ReadBytes(prg(QStringLiteral("NVLISTE.ARJ"))), content);
+    EXPECT_EQ(ReadBytes(prg(QStringLiteral("NVBATI.DAT"))), QByteArray("start file"));
     EXPECT_EQ(serviceCalls(), QStringList{QStringLiteral("5 1 1")});
-    EXPECT_EQ(view.reports, QStringList{line(QStringLiteral("> ALPHA FREINS réussie")) + EndLine});
+    EXPECT_EQ(view.reports,
+              QStringList{ReportLine(QStringLiteral("> ALPHA FREINS réussie")) + ReportEnd});
     EXPECT_TRUE(view.marks(0, 0).isEmpty());
     EXPECT_TRUE(view.marks(0, 3).isEmpty());
     EXPECT_FALSE(view.boxes[1]);
@@ -94,10 +86,10 @@ TEST_F(SessionTest, GroupCodeRuleAndListsContainingAText) {
 
     // GAMMA has no group code and needs one: received but not unpacked, reported as failed.
     EXPECT_EQ(serviceCalls(), (QStringList{QStringLiteral("5 1 1"), QStringLiteral("5 1 2")}));
-    EXPECT_EQ(view.reports.value(0), line(QStringLiteral("> ALPHA FREINS réussie")) +
-                                         line(QStringLiteral("> BETA FILTRES réussie")) +
-                                         line(QStringLiteral("> GAMMA COURROIES non réussie")) +
-                                         EndLine);
+    EXPECT_EQ(view.reports.value(0),
+              ReportLine(QStringLiteral("> ALPHA FREINS réussie")) +
+                  ReportLine(QStringLiteral("> BETA FILTRES réussie")) +
+                  ReportLine(QStringLiteral("> GAMMA COURROIES non réussie")) + ReportEnd);
     EXPECT_FALSE(server.received.contains("LISTEOME")); // not in use
 }
 
@@ -120,13 +112,14 @@ TEST_F(SessionTest, CataloguesAfterTheListsOnYes) {
     EXPECT_EQ(server.received.mid(5),
               (QList<QByteArray>{"CAT  C2", "ENVOICAT  C2", "CATA C2", "ENVOICATA C2", "CAT  C1",
                                  "ENVOICAT  C1", "CATA C1", "ENVOICATA C1"}));
-    EXPECT_EQ(readFile(prg(QStringLiteral("NVCAT.ARJ"))), QByteArray("first of C1"));
-    EXPECT_EQ(readFile(prg(QStringLiteral("NVCATA.ARJ"))), QByteArray("second of C1"));
+    EXPECT_EQ(ReadBytes(prg(QStringLiteral("NVCAT.ARJ"))), QByteArray("first of C1"));
+    EXPECT_EQ(ReadBytes(prg(QStringLiteral("NVCATA.ARJ"))), QByteArray("second of C1"));
     EXPECT_EQ(serviceCalls(), (QStringList{QStringLiteral("5 1 1"), QStringLiteral("9 1 2"),
                                            QStringLiteral("9 1 1")}));
-    EXPECT_EQ(view.reports.value(0), line(QStringLiteral("> ALPHA FREINS réussie")) +
-                                         line(QStringLiteral("> Catalogue Deux réussie")) +
-                                         line(QStringLiteral("> Catalogue Un réussie")) + EndLine);
+    EXPECT_EQ(view.reports.value(0), ReportLine(QStringLiteral("> ALPHA FREINS réussie")) +
+                                         ReportLine(QStringLiteral("> Catalogue Deux réussie")) +
+                                         ReportLine(QStringLiteral("> Catalogue Un réussie")) +
+                                         ReportEnd);
 }
 
 TEST_F(SessionTest, IndexAndPackagesWithTheirProgramCodes) {
@@ -141,10 +134,11 @@ TEST_F(SessionTest, IndexAndPackagesWithTheirProgramCodes) {
 
     EXPECT_EQ(server.received.mid(3),
               (QList<QByteArray>{"NVINFNVCOM", "ENVOINVINF", "PARTDPDX1", "ENVOIPARTDPDX1"}));
-    EXPECT_EQ(readFile(data(QStringLiteral("NVINFO.ARJ"))), QByteArray("index"));
-    EXPECT_EQ(readFile(data(QStringLiteral("PARTVERS.ARJ"))), QByteArray("partdex"));
+    EXPECT_EQ(ReadBytes(data(QStringLiteral("NVINFO.ARJ"))), QByteArray("index"));
+    EXPECT_EQ(ReadBytes(data(QStringLiteral("PARTVERS.ARJ"))), QByteArray("partdex"));
     EXPECT_EQ(serviceCalls(), (QStringList{QStringLiteral("8 1"), QStringLiteral("6 1")}));
-    EXPECT_EQ(view.reports.value(0), line(LoadText(45)) + line(LoadText(47)) + EndLine);
+    EXPECT_EQ(view.reports.value(0),
+              ReportLine(LoadText(45)) + ReportLine(LoadText(47)) + ReportEnd);
     EXPECT_FALSE(view.boxes[3] || view.boxes[4]);
     EXPECT_EQ(view.captions[4], QStringLiteral("Partdex 5.2.1")); // read again after the update
     EXPECT_FALSE(view.bold[4]);
@@ -155,9 +149,7 @@ TEST_F(SessionTest, StopInTheMiddleOfAList) {
     ScriptedServer::Reply list = ScriptedServer::file("LISTE", QByteArray(5000, 'x'));
     list.silentAfter = 1200;
     server.answer("LISTEALP", list);
-    view.boxes[1] = true;
-    view.marks(0, 0) = QStringLiteral("ALP");
-    view.marks(0, 1) = QStringLiteral("BET");
+    chooseAlphaAndBeta();
     prompts.expectMessage(LoadText(114), Answer::Yes);
     QTimer stopper;
     QObject::connect(&stopper, &QTimer::timeout, [&] {
@@ -171,22 +163,10 @@ TEST_F(SessionTest, StopInTheMiddleOfAList) {
     runSession();
 
     EXPECT_FALSE(server.received.contains("LISTEBET"));
-    EXPECT_EQ(readFile(prg(QStringLiteral("NVLISTE.ARJ"))).size(), 1200); // the partial file stays
+    EXPECT_EQ(ReadBytes(prg(QStringLiteral("NVLISTE.ARJ"))).size(), 1200); // the partial file stays
     EXPECT_EQ(view.reports,
-              QStringList{line(QStringLiteral("> ALPHA FREINS non réussie")) + EndLine});
+              QStringList{ReportLine(QStringLiteral("> ALPHA FREINS non réussie")) + ReportEnd});
     EXPECT_TRUE(serviceCalls().isEmpty());
-}
-
-TEST_F(SessionTest, RefusedConnectionShowsOnlyTheEndLine) {
-    QTcpServer closed;
-    closed.listen(QHostAddress::LocalHost, 0);
-    App().Settings.Port = qint16(closed.serverPort());
-    closed.close();
-    prompts.expectMessage(LoadText(59), Buttons::Ok, Icon::Critical, QString(), Answer::Ok);
-
-    runSession();
-
-    EXPECT_EQ(view.reports, QStringList{EndLine});
 }
 
 TEST_F(SessionTest, ServerFaultsFailTheItemAndEndTheSessionWithOneReport) {
@@ -210,24 +190,22 @@ TEST_F(SessionTest, ServerFaultsFailTheItemAndEndTheSessionWithOneReport) {
         fresh.answer("LISTEALP", c.reply);
         fresh.answer("LISTEBET", ScriptedServer::file("LISTE", "b"));
         view.reports.clear();
-        view.boxes[1] = true;
-        view.marks(0, 0) = QStringLiteral("ALP");
-        view.marks(0, 1) = QStringLiteral("BET");
+        chooseAlphaAndBeta();
 
         runSession();
 
-        const QString alpha = line(QStringLiteral("> ALPHA FREINS non réussie"));
+        const QString alpha = ReportLine(QStringLiteral("> ALPHA FREINS non réussie"));
         if (c.leftOnDisk == -2) { // the session goes on with the next list
-            EXPECT_EQ(
-                view.reports,
-                QStringList{alpha + line(QStringLiteral("> BETA FILTRES réussie")) + EndLine});
+            EXPECT_EQ(view.reports,
+                      QStringList{alpha + ReportLine(QStringLiteral("> BETA FILTRES réussie")) +
+                                  ReportEnd});
         } else {
-            EXPECT_EQ(view.reports, QStringList{alpha + EndLine});
+            EXPECT_EQ(view.reports, QStringList{alpha + ReportEnd});
             EXPECT_FALSE(fresh.received.contains("LISTEBET"));
         }
         if (c.leftOnDisk >= 0) {
             EXPECT_TRUE(serviceCalls().isEmpty());
-            EXPECT_EQ(readFile(prg(QStringLiteral("NVLISTE.ARJ"))).size(), c.leftOnDisk);
+            EXPECT_EQ(ReadBytes(prg(QStringLiteral("NVLISTE.ARJ"))).size(), c.leftOnDisk);
         }
     }
 }
@@ -259,7 +237,7 @@ TEST_F(SessionTest, ProgramUpdateOfferedAndDeclined) {
     runSession();
 
     EXPECT_TRUE(updater.started.isEmpty());
-    EXPECT_EQ(view.reports, QStringList{EndLine});
+    EXPECT_EQ(view.reports, QStringList{ReportEnd});
     // The server offers Partdex 1.0 and Ledgermaker 2.0 against 5.2.1 and 3.8.0.
     EXPECT_EQ(view.captions[4], QStringLiteral("Partdex 1.0 disponible"));
     EXPECT_EQ(view.captions[5], QStringLiteral("Ledgermaker 2.0 disponible"));
@@ -282,9 +260,7 @@ TEST_F(SessionTest, UnwritableDestinationIsToldToTheServer) {
             return std::make_unique<QFile>(install.drive() + QStringLiteral("/missing/x"));
         return std::make_unique<FullDisk>(1000);
     });
-    view.boxes[1] = true;
-    view.marks(0, 0) = QStringLiteral("ALP");
-    view.marks(0, 1) = QStringLiteral("BET");
+    chooseAlphaAndBeta();
 
     runSession();
 
@@ -294,8 +270,8 @@ TEST_F(SessionTest, UnwritableDestinationIsToldToTheServer) {
     EXPECT_EQ(server.received[6], QByteArray("ENVOILISTEBET"));
     EXPECT_EQ(server.received.value(7), QByteArray("ERROR:52No space left on device"));
     EXPECT_EQ(view.reports,
-              QStringList{line(QStringLiteral("> ALPHA FREINS non réussie")) +
-                          line(QStringLiteral("> BETA FILTRES non réussie")) + EndLine});
+              QStringList{ReportLine(QStringLiteral("> ALPHA FREINS non réussie")) +
+                          ReportLine(QStringLiteral("> BETA FILTRES non réussie")) + ReportEnd});
 }
 
 TEST_F(SessionTest, SocketErrorsByWinsockNumber) {
@@ -306,24 +282,41 @@ TEST_F(SessionTest, SocketErrorsByWinsockNumber) {
     // A close asked for while the report is shown (inside the first close) does nothing.
     view.onReport = [this] { session->SocketError(11001, QStringLiteral("host")); };
     session->SocketError(11001, QStringLiteral("host")); // silent
-    EXPECT_EQ(view.reports, (QStringList{EndLine, EndLine}));
+    EXPECT_EQ(view.reports, (QStringList{ReportEnd, ReportEnd}));
 }
 
-TEST_F(SessionTest, ServerClosingDuringTheStartFileEndsTheSession) {
-    ScriptedServer::Reply start = ScriptedServer::file("BATI3", QByteArray(5000, 's'));
-    start.closeAfter = 100;
-    server.answer("BATI3", start);
-    runSession();
-    EXPECT_EQ(view.reports, QStringList{EndLine});
-}
-
-TEST_F(SessionTest, VersionsThatCannotBeSplitCloseTheSessionWithItsReport) {
-    server.answer("BATI3", ScriptedServer::file("BATI3", "s"));
-    server.answer("VERSI2004.3.2", ScriptedServer::message("VERSI5.3.0"));
-    view.boxes[3] = true; // the plan does not run
-    prompts.expectMessageMatching(QStringLiteral("^errDataArrival: 5 "));
-    runSession();
-    EXPECT_EQ(view.reports, QStringList{EndLine});
+// Versions that cannot be split, a server closing during the start file and a refused
+// connection: the session closes with a report of its end line alone.
+TEST_F(SessionTest, SessionsThatEndBeforeAnyItemReportOnlyTheEndLine) {
+    const auto badVersions = [&] {
+        server.answer("BATI3", ScriptedServer::file("BATI3", "s"));
+        server.answer("VERSI2004.3.2", ScriptedServer::message("VERSI5.3.0"));
+        view.boxes[3] = true; // the plan does not run
+        prompts.expectMessageMatching(QStringLiteral("^errDataArrival: 5 "));
+    };
+    const auto closingStart = [&] {
+        ScriptedServer::Reply start = ScriptedServer::file("BATI3", QByteArray(5000, 's'));
+        start.closeAfter = 100;
+        server.answer("BATI3", start);
+    };
+    QTcpServer closed;
+    closed.listen(QHostAddress::LocalHost, 0);
+    const auto refused = [&] {
+        App().Settings.Port = qint16(closed.serverPort());
+        closed.close();
+        prompts.expectMessage(LoadText(59), Buttons::Ok, Icon::Critical, QString(), Answer::Ok);
+    };
+    for (const auto& [name, setUp] :
+         {std::pair{"versions not split", std::function(badVersions)},
+          std::pair{"closed in the start file", std::function(closingStart)},
+          std::pair{"refused", std::function(refused)}}) {
+        SCOPED_TRACE(name);
+        view.reports.clear();
+        setUp();
+        runSession();
+        EXPECT_EQ(view.reports, QStringList{ReportEnd});
+        EXPECT_TRUE(prompts.done());
+    }
     EXPECT_FALSE(server.received.contains("NVINFNVCOM"));
 }
 

@@ -65,6 +65,10 @@ QString FixedTime() {
     return SessionText::ReportTime(QTime(14, 32, 5));
 }
 
+QString ReportLine(const QString& text) {
+    return FixedTime() + text + QStringLiteral("\r\n");
+}
+
 DownloadChoice RecordingView::downloadChoice() {
     DownloadChoice choice;
     std::copy(std::begin(boxes), std::end(boxes), std::begin(choice.boxes));

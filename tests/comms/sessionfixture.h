@@ -84,6 +84,12 @@ protected:
     static void waitWhile(const std::function<bool()>& condition, int limitMs = 20000);
     // Lines of the service program's log: its arguments.
     QStringList serviceCalls() const;
+    // Box 1 with ALPHA and BETA marked for their update.
+    void chooseAlphaAndBeta() {
+        view.boxes[1] = true;
+        view.marks(0, 0) = QStringLiteral("ALP");
+        view.marks(0, 1) = QStringLiteral("BET");
+    }
     QString prg(const QString& name) const { return install.dir(QStringLiteral("PRG")) + name; }
     QString data(const QString& name) const { return install.dir(QStringLiteral("NVNV")) + name; }
 
@@ -97,3 +103,7 @@ protected:
 
 // "hh:mm:ss" of the fixed clock, as the report writes it.
 QString FixedTime();
+// A line of the report, written at the fixed time.
+QString ReportLine(const QString& text);
+// The report's last line.
+inline const QString ReportEnd = QStringLiteral("\r\n--- Fin du rapport ---");
