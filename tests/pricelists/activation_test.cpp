@@ -14,8 +14,6 @@
 
 namespace {
 
-const QDate Past(2026, 2, 1);
-
 QString matrixQuestion() {
     return "\n" + LoadText(15);
 }

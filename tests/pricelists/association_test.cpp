@@ -17,8 +17,6 @@
 
 namespace {
 
-const QDate Past(2026, 2, 1);
-
 const QString CodePrompt = QStringLiteral("Veuillez inscrire le code de groupe que vous désirez "
                                           "utiliser. \r\n(Maximum de 4 caractères)");
 

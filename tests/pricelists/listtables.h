@@ -41,6 +41,8 @@ struct CatalogueRow {
 
 // The date the tests take for today.
 inline const QDate FixtureToday(2026, 3, 16);
+// A date well before it, for lists and catalogues read before today.
+inline const QDate Past(2026, 2, 1);
 
 void WritePrixList(const QString& directory, const QList<ListRow>& rows);
 void WriteCataList(const QString& directory, const QList<CatalogueRow>& rows);
