@@ -30,7 +30,7 @@ QList<CatalogueRow> catalogues() {
 
 } // namespace
 
-TEST(Interactions, TickingTheBoxClickingTheTextAndTheSpaceBar) {
+TEST(Interactions, TickingTheBoxClickingTheTextTheSpaceBarAndTheArrows) {
     ListFixture f(lists(), catalogues());
     f.ui->refresh();
     KeyedTree& tree = f.list(0);
@@ -61,6 +61,14 @@ TEST(Interactions, TickingTheBoxClickingTheTextAndTheSpaceBar) {
     EXPECT_FALSE(KeyedTree::isChecked(c));
     EXPECT_TRUE(f.state.ListMarks(0, 2).isEmpty());
 
+    // A move by the keyboard shows the list reached.
+    EXPECT_FALSE(f.state.KeyboardNavigation);
+    QTest::keyClick(&tree, Qt::Key_Up);
+    EXPECT_TRUE(f.state.KeyboardNavigation);
+    EXPECT_EQ(f.state.CurrentListRow, 1);
+    EXPECT_EQ(f.configPane->lblConfig[1]->text(), "B FILTRES");
+    EXPECT_EQ(f.state.LastTreeFocus, "tvwList");
+
     // The box again clears the mark.
     QTest::mouseClick(tree.viewport(), Qt::LeftButton, {}, tree.checkBoxRect(b).center());
     EXPECT_TRUE(f.state.ListMarks(0, 1).isEmpty());
@@ -68,19 +76,6 @@ TEST(Interactions, TickingTheBoxClickingTheTextAndTheSpaceBar) {
     // A check mark the program sets leaves the selection alone.
     KeyedTree::setChecked(tree.node("L000"), true);
     EXPECT_TRUE(f.state.ListMarks(0, 0).isEmpty());
-}
-
-TEST(Interactions, KeyboardMovesShowTheListReached) {
-    ListFixture f(lists(), catalogues());
-    f.ui->refresh();
-    KeyedTree& tree = f.list(0);
-    QTest::mouseClick(tree.viewport(), Qt::LeftButton, {}, OnText(tree, tree.node("L000")));
-    EXPECT_FALSE(f.state.KeyboardNavigation);
-    QTest::keyClick(&tree, Qt::Key_Down);
-    EXPECT_TRUE(f.state.KeyboardNavigation);
-    EXPECT_EQ(f.state.CurrentListRow, 1);
-    EXPECT_EQ(f.configPane->lblConfig[1]->text(), "B FILTRES");
-    EXPECT_EQ(f.state.LastTreeFocus, "tvwList");
 }
 
 TEST(Interactions, TheFourthListTabDisablesThePaneAndOffersActivation) {
