@@ -129,6 +129,38 @@ TEST(Config, TypedKeysFollowTheFieldRulesEnterMovesOnAndFocusSelectsAll) {
     f.dropChanges();
 }
 
+namespace {
+
+// Answers the save question while noting what the window looked like when it was asked.
+class WatchingPrompter final : public Prompter {
+public:
+    WatchingPrompter(QWidget& window, QWidget& tree) : window_(window), tree_(tree) {
+        previous_ = SetPrompter(this);
+    }
+    ~WatchingPrompter() override { SetPrompter(previous_); }
+
+    Answer messageBox(const QString& text, Buttons, Icon, const QString&) override {
+        EXPECT_EQ(text, LoadText(61));
+        ++asked;
+        treeEnabled = tree_.isEnabled();
+        cursor = window_.cursor().shape();
+        return Answer::No;
+    }
+    QString inputBox(const QString&, const QString&, const QString&) override { return {}; }
+
+    int asked = 0;
+    bool treeEnabled = true;
+    Qt::CursorShape cursor = Qt::ArrowCursor;
+
+private:
+    QWidget& window_;
+    QWidget& tree_;
+    Prompter* previous_ = nullptr;
+};
+
+} // namespace
+
+// The question is asked once, with the tree disabled under the hourglass; No puts everything back.
 TEST(Config, AnsweringNoRestoresTheFieldDropsTheChangesAndUnchecksEveryList) {
     ShownFixture f;
     f.state.ListMarks(0, 0) = "AAA";
@@ -138,10 +170,15 @@ TEST(Config, AnsweringNoRestoresTheFieldDropsTheChangesAndUnchecksEveryList) {
     editGroupCode(f, "ZZ");
     ASSERT_EQ(QApplication::focusWidget(), f.configPane->txtConfig[PrixField::CodeGro]);
     {
-        ScriptedPrompter prompts;
-        expectSaveQuestion(prompts, Answer::No);
-        EXPECT_TRUE(!f.ui->saveIfDirty());
+        WatchingPrompter prompts(*f.window, f.list(0));
+        EXPECT_FALSE(f.ui->saveIfDirty());
+        EXPECT_EQ(prompts.asked, 1);
+        EXPECT_FALSE(prompts.treeEnabled);
+        EXPECT_EQ(prompts.cursor, Qt::WaitCursor);
     }
+    EXPECT_TRUE(f.list(0).isEnabled());
+    EXPECT_TRUE(f.list(0).hasFocus());
+    EXPECT_EQ(f.window->cursor().shape(), Qt::ArrowCursor);
     EXPECT_EQ(f.configPane->txtConfig[PrixField::CodeGro]->text(), "CH");
     EXPECT_EQ(f.storedField("CCC", "CODEGRO").toString(), "CH");
     EXPECT_EQ(f.state.ConfigDirty, Dirty::None);
@@ -235,51 +272,6 @@ TEST(Config, AnEmptiedRequiredGroupCodeIsRefusedWithItsListAsTitle) {
         EXPECT_FALSE(f.ui->saveIfDirty());
     }
     EXPECT_TRUE(f.storedField("BBB", "CODEGRO").isNull());
-}
-
-namespace {
-
-// Answers the save question while noting what the window looked like when it was asked.
-class WatchingPrompter final : public Prompter {
-public:
-    WatchingPrompter(QWidget& window, QWidget& tree) : window_(window), tree_(tree) {
-        previous_ = SetPrompter(this);
-    }
-    ~WatchingPrompter() override { SetPrompter(previous_); }
-
-    Answer messageBox(const QString&, Buttons, Icon, const QString&) override {
-        ++asked;
-        treeEnabled = tree_.isEnabled();
-        cursor = window_.cursor().shape();
-        return Answer::No;
-    }
-    QString inputBox(const QString&, const QString&, const QString&) override { return {}; }
-
-    int asked = 0;
-    bool treeEnabled = true;
-    Qt::CursorShape cursor = Qt::ArrowCursor;
-
-private:
-    QWidget& window_;
-    QWidget& tree_;
-    Prompter* previous_ = nullptr;
-};
-
-} // namespace
-
-TEST(Config, TheQuestionIsAskedWithTheTreeDisabledUnderTheHourglass) {
-    ShownFixture f;
-    editGroupCode(f, "QQ");
-    {
-        WatchingPrompter prompts(*f.window, f.list(0));
-        f.ui->saveIfDirty();
-        EXPECT_EQ(prompts.asked, 1);
-        EXPECT_FALSE(prompts.treeEnabled);
-        EXPECT_EQ(prompts.cursor, Qt::WaitCursor);
-    }
-    EXPECT_TRUE(f.list(0).isEnabled());
-    EXPECT_TRUE(f.list(0).hasFocus());
-    EXPECT_EQ(f.window->cursor().shape(), Qt::ArrowCursor);
 }
 
 // A value its field cannot hold is refused as the field is left, however it is left: by Tab,
