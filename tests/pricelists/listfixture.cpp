@@ -76,3 +76,14 @@ QStringList ListFixture::keys(const KeyedTree& tree) const {
         keys << KeyedTree::keyOf(tree.topLevelItem(i));
     return keys;
 }
+
+void ListFixture::show(const QString& key) {
+    KeyedTree& tree = list(0);
+    tree.selectNode(tree.node(key));
+    ui->Nodeclick(0, tree.node(key));
+}
+
+QPoint OnText(KeyedTree& tree, QTreeWidgetItem* node) {
+    const QRect box = tree.checkBoxRect(node);
+    return {box.right() + 60, box.center().y()};
+}

@@ -22,6 +22,8 @@ class CatTreePane;
 class ConfigPane;
 class KeyedTree;
 class ListTreePane;
+class QTreeWidgetItem;
+class QPoint;
 
 class ListFixture {
 public:
@@ -37,6 +39,8 @@ public:
     KeyedTree& cat(int i) const;
     // Texts of the top-level nodes of a tree, in order.
     QStringList keys(const KeyedTree& tree) const;
+    // Shows a list as a click on its node in the first tree does.
+    void show(const QString& key);
 
     QTemporaryDir dir;
     Connection conn;
@@ -56,3 +60,6 @@ public:
     std::optional<bool> activatedTab;
     std::optional<bool> listUnderCatalogue;
 };
+
+// A point on the text of a node, well clear of its check box.
+QPoint OnText(KeyedTree& tree, QTreeWidgetItem* node);

@@ -10,6 +10,11 @@
 #include <array>
 #include <optional>
 
+// The date the tests take for today.
+inline const QDate FixtureToday(2026, 3, 16);
+// A date well before it, for lists and catalogues read before today.
+inline const QDate Past(2026, 2, 1);
+
 // One PRIXLIST row; fields left out are Null.
 struct ListRow {
     QString desc;
@@ -27,6 +32,18 @@ struct ListRow {
     QString fournis;
 };
 
+// An activated list, up to date, with its group code and catalogues.
+inline ListRow ActivatedList(const char* desc, const char* fichier, const char* code,
+                             const char* catno, bool pasObliger = false) {
+    return {.desc = desc,
+            .fichier = fichier,
+            .dateEff = Past,
+            .dateStk = Past,
+            .codeGro = code,
+            .pasObliger = pasObliger,
+            .catNo = catno};
+}
+
 struct CatalogueRow {
     QString fichier;
     QString desc;
@@ -38,9 +55,6 @@ struct CatalogueRow {
     std::array<QString, 9> grd = {};
     std::array<QString, 9> grl = {};
 };
-
-// The date the tests take for today.
-inline const QDate FixtureToday(2026, 3, 16);
 
 void WritePrixList(const QString& directory, const QList<ListRow>& rows);
 void WriteCataList(const QString& directory, const QList<CatalogueRow>& rows);

@@ -11,8 +11,6 @@
 
 namespace {
 
-const QDate Past(2026, 2, 1);
-
 QList<ListRow> lists() {
     return {{"BRAKE WIRE", "AAA", true, Past, Past, "AB"}, // up to date
             {"FILTERS", "BBB", true, Past, {}, "CD"},      // to update
