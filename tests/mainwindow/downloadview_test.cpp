@@ -66,25 +66,30 @@ TEST_P(DownloadInBothLanguages, StopMidListThenTheReportAndTheWindowGivenBack) {
     });
     closer.start(20);
 
-    // While the list stalls part-way (inside the session's wait): the tab as the dealer
-    // sees it, then the stop.
-    QString caption, button;
-    bool framesEnabled = true, treesEnabled = true, buttonEnabled = false;
-    int progress = -1;
+    // While the list stalls part-way (inside the session's wait): the tab as the dealer sees
+    // it, then the stop.
+    const auto expectWindowUsable = [&](bool usable) {
+        EXPECT_EQ(page.fraMAJ->isEnabled(), usable);
+        EXPECT_EQ(main->listPane->tbsList->isEnabled(), usable);
+        EXPECT_EQ(main->Picture1->picMenu[0]->isEnabled(), usable);
+    };
+    bool stopped = false;
     QTimer watcher;
     QObject::connect(&watcher, &QTimer::timeout, [&] {
-        if (!page.lblTransfert->text().startsWith(QStringLiteral("48120")))
+        const QString caption = page.lblTransfert->text();
+        if (!caption.startsWith(QStringLiteral("48120")))
             return;
         watcher.stop();
-        caption = page.lblTransfert->text();
-        button = page.cmdOK->text();
-        buttonEnabled = page.cmdOK->isEnabled();
-        framesEnabled = page.fraMAJ->isEnabled();
-        treesEnabled =
-            main->listPane->tbsList->isEnabled() || main->Picture1->picMenu[0]->isEnabled();
-        progress = page.ProgressBar1->value();
-        // The stop closes at once without a report; the report comes when the plan has
-        // run out, with the interrupted list's line.
+        stopped = true;
+        EXPECT_EQ(page.cmdOK->text(), LoadText(116));
+        EXPECT_TRUE(page.cmdOK->isEnabled());
+        expectWindowUsable(false);
+        EXPECT_TRUE(caption.contains(QRegularExpression(
+            QStringLiteral("^48120 %1 \\(%24\\)\n[0-9]*\\.[0-9]{2} k/s$").arg(LoadText(88)))))
+            << caption.toStdString();
+        EXPECT_EQ(page.ProgressBar1->value(), 24);
+        // The stop closes at once without a report; the report comes when the plan has run
+        // out, with the interrupted list's line.
         prompts.expectMessage(LoadText(114), Answer::Yes);
         main->downloadView->cmdOKClick();
     });
@@ -93,20 +98,11 @@ TEST_P(DownloadInBothLanguages, StopMidListThenTheReportAndTheWindowGivenBack) {
     pumpWhile([&] { return main->downloadView->session().running(); });
     closer.stop();
 
-    EXPECT_EQ(button, LoadText(116));
-    EXPECT_TRUE(buttonEnabled);
-    EXPECT_FALSE(framesEnabled);
-    EXPECT_FALSE(treesEnabled);
-    EXPECT_TRUE(caption.contains(QRegularExpression(
-        QStringLiteral("^48120 %1 \\(%24\\)\n[0-9]*\\.[0-9]{2} k/s$").arg(LoadText(88)))))
-        << caption.toStdString();
-    EXPECT_EQ(progress, 24);
+    ASSERT_TRUE(stopped);
     EXPECT_TRUE(reportShown.endsWith(LoadText(68))) << reportShown.toStdString();
     EXPECT_TRUE(reportShown.contains(u' ' + LoadText(51) + u'\n'));
     EXPECT_EQ(page.cmdOK->text(), LoadText(96));
-    EXPECT_TRUE(page.fraMAJ->isEnabled());
-    EXPECT_TRUE(main->listPane->tbsList->isEnabled());
-    EXPECT_TRUE(main->Picture1->picMenu[0]->isEnabled());
+    expectWindowUsable(true);
     EXPECT_TRUE(page.lblIDTransfert->text().startsWith(LoadText(69)));
     EXPECT_EQ(page.ProgressBar1->value(), 0);
 }
