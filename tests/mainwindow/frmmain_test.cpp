@@ -1,13 +1,7 @@
-#include "mainwindow/frmmain.h"
-
-#include "app/appstate.h"
-#include "app/mdifrmmain.h"
 #include "app/messages.h"
 #include "app/panelayout.h"
 #include "comms/bulletinpage.h"
 #include "comms/downloadpage.h"
-#include "data/moddata.h"
-#include "demotables.h"
 #include "mainwindow/commandstrip.h"
 #include "mainwindow/downloadview.h"
 #include "partsfile/partsearchpane.h"
@@ -19,53 +13,20 @@
 
 #include "mainwindowfixture.h"
 #include "scriptedprompter.h"
-#include "tempinstall.h"
 
-#include <QApplication>
 #include <QCheckBox>
-#include <QGroupBox>
-#include <QLabel>
-#include <QPushButton>
-#include <QRadioButton>
-#include <QTabBar>
-#include <QTabWidget>
 #include <QComboBox>
 #include <QTcpServer>
-#include <QTest>
-#include <gtest/gtest.h>
 
 using MainWindowFixture = MainWindowOnDemoData;
 
-TEST_F(MainWindowFixture, LabelPutsTheCaptionsOfTheChosenLanguage) {
-    main->Load();
-    EXPECT_EQ(main->tbsInfo->tabText(0), QStringLiteral("Téléchargement"));
-    EXPECT_EQ(main->tbsInfo->tabText(3), QStringLiteral("Pièces"));
-    EXPECT_EQ(main->Picture1->lblMenu[0]->text(), QStringLiteral("Sélectionner"));
-    EXPECT_EQ(main->Picture1->lblMenu[2]->text(), QStringLiteral("Options"));
-    EXPECT_EQ(main->downloadPage->cmdOK->toolTip(), QStringLiteral("Télécharger"));
-    // The load reads the newsletters before the trees.
-    EXPECT_GT(main->bulletinPage->cmbAnnonceur->count(), 0);
-
-    App().Settings.Nation = 2000;
-    frmMain english;
-    english.Load();
-    EXPECT_EQ(english.tbsInfo->tabText(2), QStringLiteral("Newsletters"));
-    EXPECT_EQ(english.Picture1->lblMenu[1]->text(), QStringLiteral("Deactivate"));
-    EXPECT_EQ(english.downloadPage->lblCHK[4]->text(), QStringLiteral("Partdex 5.2.1"));
-}
-
 TEST_F(MainWindowFixture, ClosingAsksUnlessATransferRunsOrTheProgramMustQuit) {
     main->Load();
-    {
+    for (const Answer answer : {Answer::No, Answer::Yes}) {
         ScriptedPrompter prompts;
         prompts.expectMessage(MessageCatalogue::text(1035), Buttons::YesNo, Icon::None, QString(),
-                              Answer::No);
-        EXPECT_FALSE(main->QueryUnload());
-    }
-    {
-        ScriptedPrompter prompts;
-        prompts.expectMessage(MessageCatalogue::text(1035), Answer::Yes);
-        EXPECT_TRUE(main->QueryUnload());
+                              answer);
+        EXPECT_EQ(main->QueryUnload(), answer == Answer::Yes);
     }
     {
         ScriptedPrompter prompts; // no question at all while a transfer runs
@@ -77,11 +38,9 @@ TEST_F(MainWindowFixture, ClosingAsksUnlessATransferRunsOrTheProgramMustQuit) {
         EXPECT_FALSE(main->QueryUnload());
         main->downloadView->session().abortConnection();
     }
-    {
-        ScriptedPrompter prompts;
-        App().QuitWithoutAsking = true;
-        EXPECT_TRUE(main->QueryUnload());
-    }
+    ScriptedPrompter prompts;
+    App().QuitWithoutAsking = true;
+    EXPECT_TRUE(main->QueryUnload());
 }
 
 TEST_F(MainWindowFixture, ClosingUnbindsThePaneAndSavesPendingChangesBeforeTheQuestion) {
@@ -101,43 +60,52 @@ TEST_F(MainWindowFixture, ClosingUnbindsThePaneAndSavesPendingChangesBeforeTheQu
         EXPECT_TRUE(main->QueryUnload());
         EXPECT_EQ(main->listState.ConfigDirty, Dirty::None);
     }
-    {
-        ScriptedPrompter prompts;
-        App().QuitWithoutAsking = true;
-        BindConfig(true);
-        EXPECT_TRUE(main->QueryUnload());
-        EXPECT_FALSE(ConfigBinding().isBound()) << "the pane is let go before the window closes";
-    }
+    ScriptedPrompter prompts;
+    App().QuitWithoutAsking = true;
+    BindConfig(true);
+    EXPECT_TRUE(main->QueryUnload());
+    EXPECT_FALSE(ConfigBinding().isBound()) << "the pane is let go before the window closes";
 }
 
-TEST_F(MainWindowFixture, UnloadWritesTheSettingsBack) {
+TEST_F(MainWindowFixture, AValueTheFieldCannotHoldKeepsTheWindowOpen) {
     main->Load();
-    App().Settings.Port = 2101;
-    main->Unload();
-    const CRegSettings store(install.settingsFile());
-    EXPECT_EQ(store.QueryValue(App().RegistryKeyPath, QStringLiteral("Port")),
-              QStringLiteral("2101"));
-    EXPECT_EQ(store.QueryValue(App().RegistryKeyPath, QStringLiteral("Drive")), install.drive());
+    ConfigField* date = main->configPane->txtConfig[PrixField::DateEff];
+    date->selectAll();
+    QTest::keyClicks(date, "2026.13.01");
+    ScriptedPrompter prompts;
+    prompts.expectMessage(MessageCatalogue::text(1146), Buttons::Ok, Icon::Warning, QString(),
+                          Answer::Ok);
+    EXPECT_FALSE(main->QueryUnload());
+    EXPECT_EQ(date->text(), "2026.13.01");
 }
 
-TEST_F(MainWindowFixture, UnloadSavesThePanesAsTheyStandAndClosesTheData) {
+TEST_F(MainWindowFixture, UnloadWritesTheSettingsAndThePanesAsTheyStandAndClosesTheData) {
     App().Settings.Format = 1;
     App().Settings.Width = 0.5f;
     App().Settings.Height = 0.4f;
     main->Load();
     frame.show();
     main->Activate();
+    App().Settings.Port = 2101;
     main->Unload();
     const CRegSettings store(install.settingsFile());
-    const QString key = App().RegistryKeyPath;
-    EXPECT_NEAR(store.QueryValue(key, QStringLiteral("Width")).toDouble(), 0.5, 0.01);
-    EXPECT_NEAR(store.QueryValue(key, QStringLiteral("Height")).toDouble(), 0.4, 0.01);
+    const auto stored = [&](const char* name) {
+        return store.QueryValue(App().RegistryKeyPath, QString::fromLatin1(name));
+    };
+    EXPECT_EQ(stored("Port"), QStringLiteral("2101"));
+    EXPECT_EQ(stored("Drive"), install.drive());
+    EXPECT_NEAR(stored("Width").toDouble(), 0.5, 0.01);
+    EXPECT_NEAR(stored("Height").toDouble(), 0.4, 0.01);
     EXPECT_FALSE(rsPrixList.isOpen());
 }
 
-TEST_F(MainWindowFixture, InUpdateModeTheUnloadLeavesTheDataAlone) {
+TEST_F(MainWindowFixture, UpdateModeDisablesTheCommandsAndUpdateChoicesAndKeepsTheData) {
     App().UpdateMode = true;
     main->Load();
+    for (QLabel* button : main->Picture1->picMenu)
+        EXPECT_FALSE(button->isEnabled());
+    for (auto* box : main->downloadPage->chkMAJ)
+        EXPECT_FALSE(box->isEnabled());
     main->Unload();
     EXPECT_TRUE(rsPrixList.isOpen());
 }
@@ -146,7 +114,10 @@ TEST_F(MainWindowFixture, AltArrowsMoveTheFramePictureAndAreConsumed) {
     main->Load();
     frame.show();
     main->Activate();
+    EXPECT_EQ(frame.frameGeometry(), frame.screen()->availableGeometry())
+        << "the window takes the desktop's work area";
     QWidget* picFrame = main->downloadPage->picFrame;
+    EXPECT_EQ(picFrame->geometry(), main->downloadPage->rect()) << "it fills its tab";
     const QPoint start = picFrame->pos();
     const int step = TwipsToPixels(120, main->logicalDpiX());
     EXPECT_TRUE(main->KeyDown(Qt::Key_Right, Qt::AltModifier));
@@ -158,11 +129,7 @@ TEST_F(MainWindowFixture, AltArrowsMoveTheFramePictureAndAreConsumed) {
     EXPECT_TRUE(main->KeyDown(Qt::Key_X, Qt::AltModifier));
     EXPECT_FALSE(main->KeyDown(Qt::Key_X, Qt::NoModifier));
 
-    EXPECT_EQ(frame.frameGeometry(), frame.screen()->availableGeometry())
-        << "the window takes the desktop's work area";
-
-    // The frame picture fills its tab, and the next activation fits it there again.
-    EXPECT_EQ(picFrame->geometry(), main->downloadPage->rect());
+    // The next activation fits it in its tab again.
     main->KeyDown(Qt::Key_Right, Qt::AltModifier);
     main->Activate();
     EXPECT_EQ(picFrame->geometry(), main->downloadPage->rect());
@@ -188,42 +155,20 @@ TEST_F(MainWindowFixture, ComingBackFromAnotherProgramLeavesTheWindowAsTheUserLe
     EXPECT_EQ(frame.frameGeometry(), area);
 }
 
-TEST_F(MainWindowFixture, UpdateModeDisablesTheCommandsAndUpdateChoices) {
-    App().UpdateMode = true;
-    main->Load();
-    for (QLabel* button : main->Picture1->picMenu)
-        EXPECT_FALSE(button->isEnabled());
-    for (auto* box : main->downloadPage->chkMAJ)
-        EXPECT_FALSE(box->isEnabled());
-}
-
-TEST_F(MainWindowFixture, FrameButtonsActByTheirKey) {
-    ScriptedPrompter prompts;
-    prompts.expectMessage(QStringLiteral("Ajouter le code du bouton 'Check'."));
-    prompts.expectMessage(QStringLiteral("Ajouter le code du bouton 'Stop'."));
-    frame.ButtonClick(QStringLiteral("Check"));
-    frame.ButtonClick(QStringLiteral("Centrer"));
-    frame.ButtonClick(QStringLiteral("Stop"));
-    frame.ButtonClick(QStringLiteral("Other"));
-}
-
 // F5 gives the focus to the list tree, which offers to save what is pending: asked once, and
 // not at all when nothing is pending, so that the lists ticked stay ticked.
 TEST_F(MainWindowFixture, F5AsksOnceAboutPendingChangesAndNothingOtherwise) {
-    main->Load();
-    frame.show();
-    frame.activateWindow();
-    ASSERT_TRUE(QTest::qWaitForWindowActive(&frame));
+    loadActive();
     main->listState.ListMarks(0, 0) = QStringLiteral("TICKED");
-    main->configPane->txtConfig[PrixField::Fournis]->setFocus();
+    ConfigField* supplier = main->configPane->txtConfig[PrixField::Fournis];
+    supplier->setFocus();
     {
         ScriptedPrompter prompts; // nothing pending: no question
         QTest::keyClick(frame.windowHandle(), Qt::Key_F5);
     }
-    EXPECT_EQ(main->listState.ListMarks(0, 0), QStringLiteral("TICKED"));
     EXPECT_TRUE(main->listPane->tvwList[0]->hasFocus());
+    EXPECT_EQ(main->listState.ListMarks(0, 0), QStringLiteral("TICKED"));
 
-    ConfigField* supplier = main->configPane->txtConfig[PrixField::Fournis];
     supplier->setFocus();
     QTest::keyClicks(supplier, "ACME");
     {
@@ -235,9 +180,11 @@ TEST_F(MainWindowFixture, F5AsksOnceAboutPendingChangesAndNothingOtherwise) {
     EXPECT_EQ(main->listState.ListMarks(0, 0), QStringLiteral("TICKED"));
 }
 
-// The panes tell the window what they show; the command strip and the part search follow.
+// The load reads the newsletters before the trees; the panes tell the window what they show,
+// and the command strip and the part search follow.
 TEST_F(MainWindowFixture, TheCommandStripAndThePartSearchFollowTheTrees) {
     main->Load();
+    EXPECT_GT(main->bulletinPage->cmbAnnonceur->count(), 0);
     const CommandStrip& strip = *main->Picture1;
     main->listPane->tbsList->setCurrentIndex(3);
     EXPECT_FALSE(strip.picMenu[4]->isVisibleTo(main));
@@ -259,16 +206,4 @@ TEST_F(MainWindowFixture, TheCommandStripAndThePartSearchFollowTheTrees) {
     const QString groupCode = rsPrixList.value(PrixField::CodeGro).toString().trimmed();
     ASSERT_FALSE(groupCode.isEmpty());
     EXPECT_TRUE(main->partSearchPane->lblRecherche->text().endsWith(groupCode));
-}
-
-TEST_F(MainWindowFixture, AValueTheFieldCannotHoldKeepsTheWindowOpen) {
-    main->Load();
-    ConfigField* date = main->configPane->txtConfig[PrixField::DateEff];
-    date->selectAll();
-    QTest::keyClicks(date, "2026.13.01");
-    ScriptedPrompter prompts;
-    prompts.expectMessage(MessageCatalogue::text(1146), Buttons::Ok, Icon::Warning, QString(),
-                          Answer::Ok);
-    EXPECT_FALSE(main->QueryUnload());
-    EXPECT_EQ(date->text(), "2026.13.01");
 }

@@ -9,6 +9,7 @@
 
 #include "tempinstall.h"
 
+#include <QTest>
 #include <gtest/gtest.h>
 
 struct MainWindowOnDemoData : ::testing::Test {
@@ -31,6 +32,13 @@ struct MainWindowOnDemoData : ::testing::Test {
         main->settingsStore = CRegSettings(install.settingsFile());
         frame.setCentralWidget(main);
         frame.resize(1000, 700);
+    }
+    // Loads the window and shows it active, as the dealer finds it.
+    void loadActive() {
+        main->Load();
+        frame.show();
+        frame.activateWindow();
+        ASSERT_TRUE(QTest::qWaitForWindowActive(&frame));
     }
     void TearDown() override {
         CloseData();

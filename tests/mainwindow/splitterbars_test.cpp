@@ -68,23 +68,24 @@ TEST(SplitterDrops, ABarDroppedBeyondItsLimitsStopsThereAndThePanesFollowIt) {
     Panes panes(96, {960, 600}); // 14400 x 9000 twips
     const double width = 14400, height = 9000;
 
-    panes.drag(VerticalBar, 100);
-    EXPECT_DOUBLE_EQ(panes.edge(VerticalBar), 365);
-    expectPanesAroundTheBars(panes, 96);
-    panes.drag(VerticalBar, width - 300);
-    EXPECT_DOUBLE_EQ(panes.edge(VerticalBar), width - 600);
-    expectPanesAroundTheBars(panes, 96);
-    panes.drag(VerticalBar, 5000);
-    EXPECT_DOUBLE_EQ(panes.edge(VerticalBar), 5000);
+    // Each bar dropped beyond either limit, then within them; the other bar stays put.
+    const struct {
+        int bar;
+        double droppedAt, stopsAt;
+    } drops[] = {{VerticalBar, 100, 365},
+                 {VerticalBar, width - 300, width - 600},
+                 {VerticalBar, 5000, 5000},
+                 {HorizontalBar, 1000, 2050},
+                 {HorizontalBar, height - 500, height - 1000}};
+    for (const auto& drop : drops) {
+        SCOPED_TRACE(drop.droppedAt);
+        const double other = panes.edge(1 - drop.bar);
+        panes.drag(drop.bar, drop.droppedAt);
+        EXPECT_DOUBLE_EQ(panes.edge(drop.bar), drop.stopsAt);
+        EXPECT_DOUBLE_EQ(panes.edge(1 - drop.bar), other);
+        expectPanesAroundTheBars(panes, 96);
+    }
     EXPECT_DOUBLE_EQ(panes.placed().pane[0].width, 5000 + 85 - 2 * SplitterRoom);
-
-    panes.drag(HorizontalBar, 1000);
-    EXPECT_DOUBLE_EQ(panes.edge(HorizontalBar), 2050);
-    expectPanesAroundTheBars(panes, 96);
-    panes.drag(HorizontalBar, height - 500);
-    EXPECT_DOUBLE_EQ(panes.edge(HorizontalBar), height - 1000);
-    expectPanesAroundTheBars(panes, 96);
-    EXPECT_DOUBLE_EQ(panes.edge(VerticalBar), 5000) << "the other bar stays";
 
     // While the bar moves no limit applies and the panes wait for the drop.
     const QRect before = panes.pane[0]->geometry();
