@@ -116,26 +116,7 @@ private:
     StreamingServer server_;
 };
 
-class NullView final : public SessionView {
-public:
-    void showProgress(float) override {}
-    void showTransferTitle(const QString&) override {}
-    void showTransferStatus(const QString&) override {}
-    void sessionStarted() override {}
-    void setDownloadButtonEnabled(bool) override {}
-    void enableControls() override {}
-    void sessionEnded() override {}
-    void setBusy(bool) override {}
-    DownloadChoice downloadChoice() override { return {}; }
-    void uncheckBox(int) override {}
-    QString choiceCaption(int) const override { return {}; }
-    void setChoiceCaption(int, const QString&) override {}
-    void setChoiceBold(int, bool) override {}
-    void rebuildViews() override {}
-    void restoreWindow() override {}
-    void showReport(const QString&) override {}
-    void closeProgram() override {}
-};
+using NullView = QuietSessionView;
 
 qint64 statusKilobytes(const char* field) {
     std::ifstream status("/proc/self/status");

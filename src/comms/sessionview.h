@@ -69,3 +69,26 @@ public:
         Q_UNUSED(succeeded);
     }
 };
+
+// A view that shows nothing and chooses nothing: the base of views that follow only part of a
+// session (the command-line tool, benchmarks).
+class QuietSessionView : public SessionView {
+public:
+    void showProgress(float) override {}
+    void showTransferTitle(const QString&) override {}
+    void showTransferStatus(const QString&) override {}
+    void sessionStarted() override {}
+    void setDownloadButtonEnabled(bool) override {}
+    void enableControls() override {}
+    void sessionEnded() override {}
+    void setBusy(bool) override {}
+    DownloadChoice downloadChoice() override { return {}; }
+    void uncheckBox(int) override {}
+    QString choiceCaption(int) const override { return {}; }
+    void setChoiceCaption(int, const QString&) override {}
+    void setChoiceBold(int, bool) override {}
+    void rebuildViews() override {}
+    void restoreWindow() override {}
+    void showReport(const QString&) override {}
+    void closeProgram() override {}
+};

@@ -11,4 +11,11 @@ struct FieldDef {
     int decimals = 0;
 
     bool operator==(const FieldDef&) const = default;
+
+    static FieldDef text(const QString& name, int length) { return {name, 'C', length, 0}; }
+    static FieldDef number(const QString& name, int length, int decimals = 0) {
+        return {name, 'N', length, decimals};
+    }
+    static FieldDef date(const QString& name) { return {name, 'D', 8, 0}; }
+    static FieldDef logical(const QString& name) { return {name, 'L', 1, 0}; }
 };

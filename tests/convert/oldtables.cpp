@@ -12,17 +12,11 @@
 
 namespace {
 
-FieldDef text(const QString& name, int length) {
-    return {name, 'C', length, 0};
-}
+constexpr auto text = &FieldDef::text;
+constexpr auto date = &FieldDef::date;
+constexpr auto logical = &FieldDef::logical;
 FieldDef number(const QString& name, int length, int decimals = 0) {
-    return {name, 'N', length, decimals};
-}
-FieldDef date(const QString& name) {
-    return {name, 'D', 8, 0};
-}
-FieldDef logical(const QString& name) {
-    return {name, 'L', 1, 0};
+    return FieldDef::number(name, length, decimals);
 }
 
 QList<FieldDef> oldPrixListFields() {

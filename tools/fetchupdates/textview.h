@@ -13,27 +13,18 @@
 
 class DownloadSession;
 
-class TextView final : public SessionView {
+class TextView final : public QuietSessionView {
 public:
     explicit TextView(DownloadChoice choice);
 
     void showProgress(float percent) override;
     void showTransferTitle(const QString& text) override;
-    void showTransferStatus(const QString&) override {}
-    void sessionStarted() override {}
-    void setDownloadButtonEnabled(bool) override {}
-    void enableControls() override {}
-    void sessionEnded() override {}
-    void setBusy(bool) override {}
     DownloadChoice downloadChoice() override { return choice_; }
     void uncheckBox(int index) override { choice_.boxes[index] = false; }
     QString choiceCaption(int index) const override { return captions_[index]; }
     void setChoiceCaption(int index, const QString& caption) override {
         captions_[index] = caption;
     }
-    void setChoiceBold(int, bool) override {}
-    void rebuildViews() override {}
-    void restoreWindow() override {}
     void showReport(const QString& report) override;
     void closeProgram() override { failed = true; }
     void itemDone(const QString& item, bool succeeded) override;
