@@ -2,6 +2,8 @@
 // the same Clipper lock convention.
 #include "dbasefixture.h"
 
+#include "dbasepeer.h"
+
 #include "dbase/dberror.h"
 #include "dbase/recordset.h"
 
@@ -9,27 +11,10 @@
 
 namespace {
 
-// A peer process; for the lock commands it holds the lock until destroyed.
-class Peer {
+// The other workstation, in a process of its own.
+class Peer : public DbasePeer {
 public:
-    explicit Peer(const QStringList& args) {
-        process_.start(QStringLiteral(DBASE_PEER), args);
-        process_.waitForStarted();
-    }
-    ~Peer() {
-        process_.closeWriteChannel();
-        if (!process_.waitForFinished(5000))
-            process_.kill();
-    }
-    QString answer() {
-        while (!process_.canReadLine())
-            if (!process_.waitForReadyRead(10000))
-                break;
-        return QString::fromUtf8(process_.readLine()).trimmed();
-    }
-
-private:
-    QProcess process_;
+    explicit Peer(const QStringList& args) : DbasePeer(QStringLiteral(DBASE_PEER), args) {}
 };
 
 QString runPeer(const QStringList& args) {

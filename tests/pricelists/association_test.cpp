@@ -4,6 +4,7 @@
 #include "commandfixture.h"
 
 #include "app/messages.h"
+#include "dbasepeer.h"
 #include "pricelists/association.h"
 #include "pricelists/frmcatalog.h"
 #include "pricelists/keyedtree.h"
@@ -50,27 +51,10 @@ QString catno(ListFixture& f, const char* fichier) {
     return f.storedField(fichier, "CATNO").toString();
 }
 
-// The other workstation: holds a row of a table or changes one, as a separate process.
-class Peer {
+// The other workstation, in a process of its own.
+class Peer : public DbasePeer {
 public:
-    explicit Peer(const QStringList& args) {
-        process_.start(QStringLiteral(DBASE_PEER), args);
-        process_.waitForStarted();
-    }
-    ~Peer() {
-        process_.closeWriteChannel();
-        if (!process_.waitForFinished(5000))
-            process_.kill();
-    }
-    QString answer() {
-        while (!process_.canReadLine())
-            if (!process_.waitForReadyRead(10000))
-                break;
-        return QString::fromUtf8(process_.readLine()).trimmed();
-    }
-
-private:
-    QProcess process_;
+    explicit Peer(const QStringList& args) : DbasePeer(QStringLiteral(DBASE_PEER), args) {}
 };
 
 } // namespace
