@@ -1,7 +1,6 @@
 #include "oldtables.h"
-#include "scriptedprompter.h"
+#include "demotables.h"
 
-#include "app/messages.h"
 
 #include "dbase/connection.h"
 #include "dbase/recordset.h"
@@ -11,28 +10,6 @@
 #include <QVariant>
 
 namespace {
-
-constexpr auto text = &FieldDef::text;
-constexpr auto date = &FieldDef::date;
-constexpr auto logical = &FieldDef::logical;
-FieldDef number(const QString& name, int length, int decimals = 0) {
-    return FieldDef::number(name, length, decimals);
-}
-
-QList<FieldDef> oldPrixListFields() {
-    QList<FieldDef> f = {logical("UTILISER"),     text("DESC", 40),     text("FICHIER", 8),
-                         date("DATEEFF"),         date("DATESTK"),      text("CODEGRO", 4),
-                         logical("PASOBLIGER"),   text("CODENVC", 4),   text("CODEUNI", 4),
-                         text("CODEACK", 4),      text("CODEUAP", 4),   number("COUTDE", 1),
-                         number("COUTPCT", 6, 2), number("PCT1", 6, 2), number("PCT2", 6, 2),
-                         number("PCT3", 6, 2),    text("DEPARTEM", 3),  logical("CH_DESC1"),
-                         logical("CH_DESC2"),     logical("CH_COUT"),   text("FOURNIS", 25)};
-    for (int n = 1; n <= 10; ++n)
-        f << text(QStringLiteral("SGR%1").arg(n), 9)
-          << number(QStringLiteral("SGR%1PCT").arg(n), 6, 2);
-    f << date("DATEMISE") << logical("PLUSDISPO") << logical("LFAMILLE") << text("FICFAMILLE", 8);
-    return f;
-}
 
 QVariantList oldListRow(const OldList& list, int i) {
     const QDate day = QDate(2024, 1, 1).addDays(i % 700);
@@ -83,7 +60,7 @@ QString codeOf(int i) {
 
 void WriteOldPrixList(const QString& dataDir, const QList<OldList>& lists) {
     NewTable table;
-    table.fields = oldPrixListFields();
+    table.fields = PrixListFields(false);
     for (int i = 0; i < lists.size(); ++i)
         table.rows << oldListRow(lists[i], i);
     writeNewTable(dataDir + QStringLiteral("PRIXLIST.DBF"), table);
@@ -91,12 +68,13 @@ void WriteOldPrixList(const QString& dataDir, const QList<OldList>& lists) {
 
 void WriteCataList(const QString& dataDir, const QList<Catalogue>& catalogues) {
     NewTable table;
-    table.fields = {text("FICHIER", 8), text("DESC", 40), logical("UTILISER"), date("DATESTK"),
-                    date("DATEEFF")};
+    table.fields = {FieldDef::text("FICHIER", 8), FieldDef::text("DESC", 40),
+                    FieldDef::logical("UTILISER"), FieldDef::date("DATESTK"),
+                    FieldDef::date("DATEEFF")};
     for (const char* family : {"GR", "GRD", "GRL"})
         for (int n = 1; n <= 9; ++n)
-            table.fields << text(QLatin1String(family) + QString::number(n),
-                                 family[2] == 'D' ? 30 : 4);
+            table.fields << FieldDef::text(QLatin1String(family) + QString::number(n),
+                                           family[2] == 'D' ? 30 : 4);
     for (const Catalogue& c : catalogues) {
         QVariantList row = {c.fichier, c.desc.isEmpty() ? c.fichier : c.desc, c.utiliser,
                             QDate(2025, 6, 1), QDate(2025, 7, 1)};
@@ -173,13 +151,4 @@ QStringList UsedCodes(Connection& data) {
         lines << rs.value(QStringLiteral("FICHIER")).toString() + u'=' + codes.join(u',');
     }
     return lines;
-}
-
-void ExpectConversion(ScriptedPrompter& prompts, Answer answer) {
-    prompts.expectMessage(LoadText(80), Buttons::OkCancel, Icon::None, {}, answer)
-        .expectMessage(LoadText(answer == Answer::Ok ? 81 : 82));
-}
-
-void ExpectRebuild(ScriptedPrompter& prompts) {
-    prompts.expectMessage(LoadText(133), Buttons::Ok, Icon::Information, {}, Answer::Ok);
 }

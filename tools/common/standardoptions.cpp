@@ -17,3 +17,10 @@ std::optional<int> AnswerStandardOptions(const QStringList& arguments, const cha
     }
     return std::nullopt;
 }
+
+void PrintLine(FILE* stream, const QString& line) {
+    const QByteArray bytes = line.toUtf8();
+    std::fwrite(bytes.constData(), 1, size_t(bytes.size()), stream);
+    std::fputc('\n', stream);
+    std::fflush(stream);
+}

@@ -35,13 +35,6 @@ const char Usage[] =
     "Exit status: 0 converted or nothing to do, 1 the conversion failed (the table is left\n"
     "whole), 2 bad arguments or DRIVE is not an installation.\n";
 
-void printTo(FILE* stream, const QString& text) {
-    const QByteArray bytes = text.toUtf8();
-    std::fwrite(bytes.constData(), 1, size_t(bytes.size()), stream);
-    std::fputc('\n', stream);
-    std::fflush(stream);
-}
-
 // Progress on standard error: one line that moves on a terminal, a line per step otherwise.
 class TextProgress final : public ConversionObserver {
 public:
@@ -56,7 +49,7 @@ public:
             return;
         shown_ = percent;
         if (!terminal_) {
-            printTo(stderr, ProgressText(percent));
+            PrintLine(stderr, ProgressText(percent));
             return;
         }
         const QByteArray bytes = ProgressText(percent).toUtf8();
@@ -96,20 +89,21 @@ int convert(const Options& options, ConversionObserver* steps) {
         RebuildOldTable(data, progress);
     } else if (PrixListFieldCount(data) >= ConvertedFieldCount) {
         FinishConversion(data);
-        printTo(
+        PrintLine(
             stdout,
             QStringLiteral("PRIXLIST: %1 fields, already converted").arg(PrixListFieldCount(data)));
         return ConvertListsDone;
     }
     ConvertTable(data, progress);
-    printTo(stderr, LoadText(81));
-    printTo(stdout, QStringLiteral("PRIXLIST: converted, %1 fields").arg(PrixListFieldCount(data)));
+    PrintLine(stderr, LoadText(81));
+    PrintLine(stdout,
+              QStringLiteral("PRIXLIST: converted, %1 fields").arg(PrixListFieldCount(data)));
     return ConvertListsDone;
 }
 
 int usage(const QString& why) {
     if (!why.isEmpty())
-        printTo(stderr, QStringLiteral("convertlists: ") + why);
+        PrintLine(stderr, QStringLiteral("convertlists: ") + why);
     std::fputs(Usage, stderr);
     return ConvertListsBadArguments;
 }
@@ -140,8 +134,8 @@ int RunConvertLists(const QStringList& arguments, ConversionObserver* steps) {
     try {
         return convert(options, steps);
     } catch (const DbError& error) {
-        printTo(stderr, QStringLiteral("errConvert: ") + LoadText(137) + u' ' +
-                            QString::number(error.number()) + u' ' + error.description());
+        PrintLine(stderr, QStringLiteral("errConvert: ") + LoadText(137) + u' ' +
+                              QString::number(error.number()) + u' ' + error.description());
         return ConvertListsFailed;
     }
 }

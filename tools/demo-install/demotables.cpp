@@ -18,7 +18,7 @@ FieldDef number(const QString& name, int length, int decimals = 0) {
 }
 
 // PRIXLIST in its order; the conversion relies on the first 45 and adds CATNO last.
-QList<FieldDef> prixListFields(bool withCatno) {
+QList<FieldDef> prixListFieldsInOrder(bool withCatno) {
     QList<FieldDef> f = {logical("UTILISER"),     text("DESC", 40),     text("FICHIER", 8),
                          date("DATEEFF"),         date("DATESTK"),      text("CODEGRO", 4),
                          logical("PASOBLIGER"),   text("CODENVC", 4),   text("CODEUNI", 4),
@@ -216,7 +216,7 @@ QVariantList listRow(int i, const QDate& today, const QMap<QString, QString>& ca
 
 NewTable prixList(const QDate& today, bool withCatno) {
     NewTable t;
-    t.fields = prixListFields(withCatno);
+    t.fields = prixListFieldsInOrder(withCatno);
     const QMap<QString, QString> catno = catnoByCode();
     for (int i = 0; i < ListCount; ++i) {
         QVariantList row = listRow(i, today, catno);
@@ -334,4 +334,8 @@ void writeDemoTables(const QString& root, const QDate& today) {
                   oneColumn("NVVERSION", 20, {DemoPartdexInstalled, DemoLedgermakerInstalled}));
     writeNewTable(prg + "NVAPPEL.DBF", nvAppel());
     writeNewTable(dir.filePath(QStringLiteral("NVINFO/NVINDEX.DBF")), nvIndex(today));
+}
+
+QList<FieldDef> PrixListFields(bool withCatno) {
+    return prixListFieldsInOrder(withCatno);
 }

@@ -14,6 +14,9 @@
 // `today`. Throws DbError when a table cannot be written.
 void writeDemoTables(const QString& root, const QDate& today = QDate::currentDate());
 
+// PRIXLIST's fields in their order; without CATNO, the 45-field form of older installations.
+QList<FieldDef> PrixListFields(bool withCatno);
+
 // The fields of the newsletter index NVINDEX, in their order: NUMERO, ANNONCEUR (column 1),
 // DATEPUB, CATEGORIE, SUJET (column 4), FICHIER, LANGUE, PAGES, AUTEUR, RESUME, TEXTE (column
 // 10, the newsletter's text).

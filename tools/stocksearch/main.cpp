@@ -24,14 +24,8 @@ constexpr const char* Help =
     "Exit status: 0 done, 1 the parts file cannot be read, 2 bad arguments or PRGDIR is not a\n"
     "folder.\n";
 
-void printLine(FILE* stream, const QString& line) {
-    const QByteArray bytes = line.toUtf8();
-    std::fwrite(bytes.constData(), 1, size_t(bytes.size()), stream);
-    std::fputc('\n', stream);
-}
-
 int badArguments(const QString& why) {
-    printLine(stderr, QStringLiteral("stocksearch: ") + why);
+    PrintLine(stderr, QStringLiteral("stocksearch: ") + why);
     std::fputs(Usage, stderr);
     return 2;
 }
@@ -61,10 +55,10 @@ int main(int argc, char** argv) {
 
     const modNTX::StockSearchOutcome outcome =
         PartSearch::Run(arguments[0], arguments[1], typedLines,
-                        [](const QString& line) { printLine(stdout, line); });
+                        [](const QString& line) { PrintLine(stdout, line); });
     std::fflush(stdout);
     if (!outcome.ok()) {
-        printLine(stderr, LoadText(79));
+        PrintLine(stderr, LoadText(79));
         return 1;
     }
     return 0;
