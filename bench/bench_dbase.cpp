@@ -4,8 +4,10 @@
 //   - a Filter + Find + Update cycle on that recordset;
 //   - reading every value of every row of a 200,000-row table (its peak memory is measured from
 //     outside, e.g. /usr/bin/time -f %M dbfsql DIR "SELECT * FROM STOCKBIG").
+#include "data/prixfields.h"
 #include "dbase/recordset.h"
 #include "dbase/tablewriter.h"
+#include "demotables.h"
 
 #include <QDate>
 #include <QDir>
@@ -23,43 +25,22 @@ QTemporaryDir& workDir() {
     return dir;
 }
 
-QList<FieldDef> prixListFields() {
-    QList<FieldDef> f = {{"UTILISER", 'L', 1, 0},  {"DESC", 'C', 40, 0},   {"FICHIER", 'C', 8, 0},
-                         {"DATEEFF", 'D', 8, 0},   {"DATESTK", 'D', 8, 0}, {"CODEGRO", 'C', 4, 0},
-                         {"PASOBLIGER", 'L', 1, 0}};
-    for (const char* name : {"CODENVC", "CODEUNI", "CODEACK", "CODEUAP"})
-        f << FieldDef{name, 'C', 4, 0};
-    f << FieldDef{"COUTDE", 'N', 1, 0};
-    for (const char* name : {"COUTPCT", "PCT1", "PCT2", "PCT3"})
-        f << FieldDef{name, 'N', 6, 2};
-    f << FieldDef{"DEPARTEM", 'C', 3, 0} << FieldDef{"CH_DESC1", 'L', 1, 0}
-      << FieldDef{"CH_DESC2", 'L', 1, 0} << FieldDef{"CH_COUT", 'L', 1, 0}
-      << FieldDef{"FOURNIS", 'C', 25, 0};
-    for (int n = 1; n <= 10; ++n)
-        f << FieldDef{QStringLiteral("SGR%1").arg(n), 'C', 9, 0}
-          << FieldDef{QStringLiteral("SGR%1PCT").arg(n), 'N', 6, 2};
-    f << FieldDef{"DATEMISE", 'D', 8, 0} << FieldDef{"PLUSDISPO", 'L', 1, 0}
-      << FieldDef{"LFAMILLE", 'L', 1, 0} << FieldDef{"FICFAMILLE", 'C', 8, 0}
-      << FieldDef{"CATNO", 'C', 254, 0};
-    return f;
-}
-
 // 20,000 lists in shuffled description order, 500 group codes.
 const QString& prixList() {
     static const QString path = [] {
         NewTable t;
-        t.fields = prixListFields();
+        t.fields = PrixListFields(true);
         for (int i = 0; i < 20000; ++i) {
             QVariantList row(t.fields.size());
-            row[0] = i % 3 != 0;
-            row[1] = QStringLiteral("Supplier %1 price list")
-                         .arg((i * 7919) % 20000, 5, 10, QLatin1Char('0'));
-            row[2] = QStringLiteral("F%1").arg(i, 6, 10, QLatin1Char('0'));
-            row[3] = QDate(2024, 1, 1).addDays(i % 300);
-            row[5] = QStringLiteral("G%1").arg(i % 500, 3, 10, QLatin1Char('0'));
-            row[12] = 12.5;
-            row[20] = QStringLiteral("SUPPLIER %1").arg(i % 900);
-            row[45] = QStringLiteral("AUT;ELE;");
+            row[PrixField::Utiliser] = i % 3 != 0;
+            row[PrixField::Desc] = QStringLiteral("Supplier %1 price list")
+                                       .arg((i * 7919) % 20000, 5, 10, QLatin1Char('0'));
+            row[PrixField::Fichier] = QStringLiteral("F%1").arg(i, 6, 10, QLatin1Char('0'));
+            row[PrixField::DateEff] = QDate(2024, 1, 1).addDays(i % 300);
+            row[PrixField::CodeGro] = QStringLiteral("G%1").arg(i % 500, 3, 10, QLatin1Char('0'));
+            row[PrixField::CoutPct] = 12.5;
+            row[PrixField::Fournis] = QStringLiteral("SUPPLIER %1").arg(i % 900);
+            row[PrixField::CatNo] = QStringLiteral("AUT;ELE;");
             t.rows << row;
         }
         const QString p = QDir(workDir().path()).filePath("PRIXLIST.DBF");
