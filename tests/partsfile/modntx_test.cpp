@@ -1,14 +1,14 @@
-#include "stockfixture.h"
-
 #include "app/appstate.h"
 #include "app/messages.h"
+#include "partsfile/modntx.h"
 #include "partsfile/ntxlayout.h"
+#include "stockfixtures/stockgenerator.h"
 #include "support/scriptedprompter.h"
 
 #include <QFile>
+#include <QTemporaryDir>
 #include <QtEndian>
 #include <algorithm>
-#include <functional>
 #include <gtest/gtest.h>
 #include <random>
 #include <set>
@@ -17,23 +17,64 @@ namespace {
 
 using modNTX::StockFailure;
 
+// A part whose description names its record, so that a line tells which record it came from.
+StockPart part(const QString& number, int record) {
+    StockPart part;
+    part.number = number;
+    part.description = QStringLiteral("REC %1").arg(record);
+    return part;
+}
+
+QString keyOf(const NtxEntry& entry) {
+    return QString::fromLatin1(entry.key.data(), NtxLayout::KeySize);
+}
+
+// A programs directory holding a parts file and its index.
 class SearchStockTest : public ::testing::Test {
 protected:
     void SetUp() override {
+        ASSERT_TRUE(dir.isValid());
         ResetAppState();
         App().Settings.Nation = 1000;
     }
     void TearDown() override { ResetAppState(); }
 
-    StockFixture fixture;
+    QString prgDir() const { return dir.path() + u'/'; }
+    NtxImage write(const std::vector<StockPart>& parts, const NtxOptions& options = {}) {
+        NtxImage image = WriteStockFiles(dir.path(), parts, options);
+        EXPECT_FALSE(image.bytes.isEmpty());
+        return image;
+    }
+    void writeIndex(const QByteArray& bytes) const {
+        QFile file(prgDir() + QStringLiteral("STOCK.NTX"));
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
+        ASSERT_EQ(file.write(bytes), bytes.size());
+    }
+
+    struct Result {
+        QStringList lines; // the heading first
+        modNTX::StockSearchOutcome outcome;
+        qint32 remaining = 0;
+        // The records named by the descriptions of the lines after the heading.
+        std::vector<int> records() const {
+            std::vector<int> records;
+            for (qsizetype i = 1; i < lines.size(); ++i)
+                records.push_back(lines[i].mid(15, 30).trimmed().mid(4).toInt());
+            return records;
+        }
+    };
+    Result search(const QString& text, qint32 maxLines) const {
+        Result result{{}, {}, maxLines};
+        result.outcome = modNTX::SearchStockIn(prgDir(), text, result.remaining,
+                                               [&](const QString& line) { result.lines << line; });
+        return result;
+    }
+
+    QTemporaryDir dir;
 };
 
-QString padded(int value, int width) {
-    return QStringLiteral("%1").arg(value, width, 10, QLatin1Char('0'));
-}
-
 // Numbers over a small alphabet, so that prefixes share many keys across pages; a few numbers
-// are entered several times.
+// are entered several times, and one fills the whole key.
 std::vector<StockPart> crowdedParts(int count, quint32 seed) {
     std::mt19937 rng(seed);
     std::vector<StockPart> parts;
@@ -47,8 +88,9 @@ std::vector<StockPart> crowdedParts(int count, quint32 seed) {
             for (int c = 0; c < length; ++c)
                 number += alphabet[int(rng() % 4)];
         }
-        parts.push_back(TestPart(number, i + 1));
+        parts.push_back(part(number, i + 1));
     }
+    parts.push_back(part(QStringLiteral("AB12AB12AB12AB1"), count + 1));
     return parts;
 }
 
@@ -58,16 +100,14 @@ std::vector<int> expectedRecords(const NtxImage& image, const QString& text, int
     std::vector<int> records;
     const QString key = text.toUpper();
     for (const NtxEntry& entry : image.entries) {
-        const QString number = QString::fromLatin1(entry.key.data(), 15);
-        if (key.size() <= 15 && number.startsWith(key) && int(records.size()) < maxLines)
+        if (key.size() <= 15 && keyOf(entry).startsWith(key) && int(records.size()) < maxLines)
             records.push_back(int(entry.record));
     }
     return records;
 }
 
 QStringList searchTexts() {
-    QStringList texts = {QString(), QStringLiteral("a"), QStringLiteral("ab1"),
-                         QStringLiteral("AB12AB12AB12AB12"), QStringLiteral("Z")};
+    QStringList texts = {QString(), "a", "ab1", "AB12AB12AB12AB1", "AB12AB12AB12AB12", "Z"};
     const QString alphabet = QStringLiteral("AB12");
     for (const QChar a : alphabet) {
         texts << QString(a);
@@ -86,14 +126,15 @@ TEST_F(SearchStockTest, ListsTheMatchesInIndexOrderWhateverTheTreeShape) {
         for (const bool clipperUpdated : {false, true}) {
             SCOPED_TRACE(testing::Message()
                          << perPage << " keys a page, updated " << clipperUpdated);
-            const NtxImage& image = fixture.write(parts, {perPage, clipperUpdated, 11, "NUMERO"});
+            const NtxImage image = write(parts, {perPage, clipperUpdated, 11, "NUMERO"});
             for (const QString& text : searchTexts()) {
-                for (const int maxLines : {1, 2, 7, 50, 1000}) {
-                    const StockFixture::Result result = fixture.search(text, maxLines);
+                // No lines allowed: the heading alone, the count left as it was.
+                for (const int maxLines : {-3, 0, 1, 2, 7, 50, 1000}) {
+                    const Result result = search(text, maxLines);
                     ASSERT_TRUE(result.outcome.ok())
                         << modNTX::FailureText(result.outcome.failure).toStdString();
                     const std::vector<int> expected = expectedRecords(image, text, maxLines);
-                    ASSERT_EQ(RecordsOf(result.lines), expected)
+                    ASSERT_EQ(result.records(), expected)
                         << "text " << text.toStdString() << ", lines " << maxLines;
                     EXPECT_EQ(result.remaining, maxLines - int(expected.size()));
                     EXPECT_EQ(result.outcome.counters.recordsRead, qint64(expected.size()));
@@ -101,21 +142,6 @@ TEST_F(SearchStockTest, ListsTheMatchesInIndexOrderWhateverTheTreeShape) {
             }
         }
     }
-}
-
-TEST_F(SearchStockTest, EdgeTextsAndLineCounts) {
-    fixture.write({TestPart(QStringLiteral("NGKBKR5E11"), 1),
-                   TestPart(QStringLiteral("NGK4510"), 2),
-                   TestPart(QStringLiteral("ABCDEFGHIJKLMNO"), 3)});
-
-    // No lines allowed: the heading alone, the count left as it was.
-    for (const int maxLines : {0, -3}) {
-        const StockFixture::Result result = fixture.search(QStringLiteral("NGK"), maxLines);
-        EXPECT_EQ(result.lines, QStringList{modNTX::StockHeading()});
-        EXPECT_EQ(result.remaining, maxLines);
-    }
-    // The whole 15 characters still find the part.
-    EXPECT_EQ(fixture.search(QStringLiteral("ABCDEFGHIJKLMNO"), 20).lines.size(), 2);
 }
 
 TEST_F(SearchStockTest, PartLineKeepsTheFieldsAsTheyStand) {
@@ -126,50 +152,35 @@ TEST_F(SearchStockTest, PartLineKeepsTheFieldsAsTheyStand) {
     part.cost = 7.5;
     part.family = QStringLiteral(" EL");
     part.deleted = true; // deleted but still in the index: listed all the same
-    fixture.write({part});
-
-    const StockFixture::Result result = fixture.search(QStringLiteral("bos"), 20);
-    ASSERT_EQ(result.lines.size(), 2);
-    EXPECT_EQ(result.lines[1], QStringLiteral("BOS0242229     DÉMARREUR 5€ RÉUSINÉ          "
-                                              "    12.50    11.25    10.63    10.00      7.50 EL"));
+    write({part});
+    EXPECT_EQ(search(QStringLiteral("bos"), 20).lines,
+              QStringList({modNTX::StockHeading(),
+                           "BOS0242229     DÉMARREUR 5€ RÉUSINÉ              12.50    11.25    "
+                           "10.63    10.00      7.50 EL"}));
 }
 
 TEST_F(SearchStockTest, ReadsTheTreePathAndThePagesHoldingMatches) {
     std::vector<StockPart> parts;
     std::mt19937 rng(3);
     for (int i = 0; i < 6000; ++i)
-        parts.push_back(TestPart(QStringLiteral("P") + padded(int(rng() % 1000000), 6), i + 1));
-    const NtxImage& image = fixture.write(parts, {30, true, 9, "NUMERO"});
+        parts.push_back(part(QStringLiteral("P%1").arg(rng() % 1000000, 6, 10, QChar(u'0')), i));
+    const NtxImage image = write(parts, {30, true, 9, "NUMERO"});
     ASSERT_EQ(image.depth, 3);
-    for (const QString& text : {QStringLiteral("P12"), QStringLiteral("P5"), QStringLiteral("P99"),
-                                QStringLiteral("P0"), QString()}) {
-        const StockFixture::Result result = fixture.search(text, 20);
-        ASSERT_EQ(result.lines.size(), 21);
+    for (const QString& text : QStringList{"P12", "P5", "P99", "P0", ""}) {
         std::set<quint32> matchPages;
         for (size_t i = 0; i < image.entries.size(); ++i) {
-            if (QString::fromLatin1(image.entries[i].key.data(), 15).startsWith(text))
+            if (keyOf(image.entries[i]).startsWith(text))
                 matchPages.insert(image.pageOfEntry[i]);
         }
-        EXPECT_LE(result.outcome.counters.pagesRead, qint64(image.depth + matchPages.size()))
-            << text.toStdString();
-        EXPECT_EQ(result.outcome.counters.recordsRead, 20);
+        const modNTX::StockSearchCounters read = search(text, 20).outcome.counters;
+        EXPECT_EQ(read.recordsRead, 20);
+        EXPECT_LE(read.pagesRead, qint64(image.depth + matchPages.size())) << text.toStdString();
     }
 }
 
-// ---- damaged files -------------------------------------------------------------------------
-
-qint16 keyCountAt(const QByteArray& bytes, quint32 page) {
-    return qFromLittleEndian<qint16>(bytes.constData() + page);
-}
 // Byte position of the item that item offset i of the page designates.
 qint64 itemAt(const QByteArray& bytes, quint32 page, int i) {
     return page + qFromLittleEndian<quint16>(bytes.constData() + page + 2 + 2 * i);
-}
-quint32 childAt(const QByteArray& bytes, quint32 page, int i) {
-    return qFromLittleEndian<quint32>(bytes.constData() + itemAt(bytes, page, i));
-}
-void setChild(QByteArray& bytes, quint32 page, int i, quint32 child) {
-    qToLittleEndian<quint32>(child, bytes.data() + itemAt(bytes, page, i));
 }
 
 // An index whose pages form one chain, each page without keys and with only its last child.
@@ -189,67 +200,53 @@ QByteArray chainIndex(int pages) {
 TEST_F(SearchStockTest, DamagedIndexesEndTheSearchWithoutHanging) {
     std::vector<StockPart> parts;
     for (int i = 0; i < 60; ++i)
-        parts.push_back(TestPart(QStringLiteral("K") + padded(i, 3), i + 1));
-    const NtxImage image = fixture.write(parts, {3, true, 17, "NUMERO"});
+        parts.push_back(part(QStringLiteral("K%1").arg(i, 3, 10, QChar(u'0')), i + 1));
+    const NtxImage image = write(parts, {3, true, 17, "NUMERO"});
     const QByteArray sound = image.bytes;
     const quint32 root = image.root;
-    const quint32 child = childAt(sound, root, 0);
-    const int rootKeys = keyCountAt(sound, root);
+    const int rootKeys = qFromLittleEndian<qint16>(sound.constData() + root);
+    const qint64 firstItem = itemAt(sound, root, 0);
+    const qint64 lastChild = itemAt(sound, root, rootKeys);
+    const quint32 child = qFromLittleEndian<quint32>(sound.constData() + firstItem);
     ASSERT_NE(child, 0u);
     // The end of the root's highest designated item; the root is the file's last page.
     qint64 lastItemEnd = 0;
     for (int i = 0; i <= rootKeys; ++i)
         lastItemEnd = std::max(lastItemEnd, itemAt(sound, root, i) + NtxLayout::ItemSize);
 
-    struct Damage {
+    // Each damage writes a little-endian value of 2 or 4 bytes, or cuts the file (width 0).
+    const struct {
         const char* what;
-        std::function<void(QByteArray&)> apply;
+        qint64 at;
+        int width;
+        qint64 value;
         StockFailure failure;
+    } damages[] = {
+        {"root past the end", 4, 4, sound.size() + 10, StockFailure::PageOutsideFile},
+        {"child past the end", firstItem, 4, sound.size(), StockFailure::PageOutsideFile},
+        {"last child far past the end", lastChild, 4, 0xFFFFFFF0, StockFailure::PageOutsideFile},
+        {"page is its own child", firstItem, 4, root, StockFailure::PageRevisited},
+        {"grandchild is the root", itemAt(sound, child, 0), 4, root, StockFailure::PageRevisited},
+        {"item 42", root + 2, 2, 80 + 42 * 23, StockFailure::ItemOutsidePage},
+        {"item before the items", root + 2, 2, 12, StockFailure::ItemOutsidePage},
+        {"39 keys", root, 2, 39, StockFailure::BadKeyCount},
+        {"negative key count", root, 2, -1, StockFailure::BadKeyCount},
+        {"designated item cut off", lastItemEnd - 5, 0, 0, StockFailure::ItemPastEnd},
+        {"record not in the table", firstItem + 4, 4, 100000, StockFailure::RecordOutsideTable},
+        {"record zero", firstItem + 4, 4, 0, StockFailure::RecordOutsideTable},
+        {"header cut short", 100, 0, 0, StockFailure::ShortHeader},
     };
-    const auto setOffset = [root](QByteArray& b, quint16 offset) {
-        qToLittleEndian<quint16>(offset, b.data() + root + 2);
-    };
-    const auto setKeyCount = [root](QByteArray& b, qint16 count) {
-        qToLittleEndian<qint16>(count, b.data() + root);
-    };
-    const auto setRecord = [root](QByteArray& b, qint32 record) {
-        qToLittleEndian<qint32>(record, b.data() + itemAt(b, root, 0) + NtxLayout::ItemRecordAt);
-    };
-    const Damage damages[] = {
-        {"root past the end",
-         [](QByteArray& b) { qToLittleEndian<quint32>(quint32(b.size() + 10), b.data() + 4); },
-         StockFailure::PageOutsideFile},
-        {"child past the end", [&](QByteArray& b) { setChild(b, root, 0, quint32(b.size())); },
-         StockFailure::PageOutsideFile},
-        {"last child far past the end",
-         [&](QByteArray& b) { setChild(b, root, rootKeys, 0xFFFFFFF0u); },
-         StockFailure::PageOutsideFile},
-        {"page is its own child", [&](QByteArray& b) { setChild(b, root, 0, root); },
-         StockFailure::PageRevisited},
-        {"grandchild is the root", [&](QByteArray& b) { setChild(b, child, 0, root); },
-         StockFailure::PageRevisited},
-        {"item 42", [&](QByteArray& b) { setOffset(b, 80 + 42 * 23); },
-         StockFailure::ItemOutsidePage},
-        {"item before the items", [&](QByteArray& b) { setOffset(b, 12); },
-         StockFailure::ItemOutsidePage},
-        {"39 keys", [&](QByteArray& b) { setKeyCount(b, 39); }, StockFailure::BadKeyCount},
-        {"negative key count", [&](QByteArray& b) { setKeyCount(b, -1); },
-         StockFailure::BadKeyCount},
-        {"designated item cut off", [&](QByteArray& b) { b.truncate(lastItemEnd - 5); },
-         StockFailure::ItemPastEnd},
-        {"record not in the table", [&](QByteArray& b) { setRecord(b, 100000); },
-         StockFailure::RecordOutsideTable},
-        {"record zero", [&](QByteArray& b) { setRecord(b, 0); }, StockFailure::RecordOutsideTable},
-        {"header cut short", [](QByteArray& b) { b.truncate(100); }, StockFailure::ShortHeader},
-        {"chain deeper than any index", [](QByteArray& b) { b = chainIndex(40); },
-         StockFailure::TooDeep},
-    };
-    for (const Damage& damage : damages) {
+    for (const auto& damage : damages) {
         SCOPED_TRACE(damage.what);
         QByteArray bytes = sound;
-        damage.apply(bytes);
-        fixture.writeIndex(bytes);
-        const StockFixture::Result result = fixture.search(QString(), 1000);
+        const quint32 value = qToLittleEndian(quint32(damage.value));
+        if (damage.width == 0)
+            bytes.truncate(damage.at);
+        else
+            bytes.replace(damage.at, damage.width, reinterpret_cast<const char*>(&value),
+                          damage.width);
+        writeIndex(bytes);
+        const Result result = search(QString(), 1000);
         EXPECT_EQ(result.outcome.failure, damage.failure)
             << modNTX::FailureText(result.outcome.failure).toStdString();
         if (damage.failure != StockFailure::ShortHeader) {
@@ -259,47 +256,37 @@ TEST_F(SearchStockTest, DamagedIndexesEndTheSearchWithoutHanging) {
 
     // A failure late in the scan keeps the lines found before it.
     QByteArray lateDamage = sound;
-    setChild(lateDamage, root, rootKeys, quint32(lateDamage.size() + 1));
-    fixture.writeIndex(lateDamage);
-    const StockFixture::Result late = fixture.search(QStringLiteral("K"), 1000);
+    qToLittleEndian<quint32>(quint32(sound.size() + 1), lateDamage.data() + lastChild);
+    writeIndex(lateDamage);
+    const Result late = search(QStringLiteral("K"), 1000);
     EXPECT_EQ(late.outcome.failure, StockFailure::PageOutsideFile);
     EXPECT_GT(late.lines.size(), 20);
 
     // A last page shorter than a page read is sound as long as its designated items are there.
-    QByteArray shortLastPage = sound;
-    shortLastPage.truncate(lastItemEnd);
-    fixture.writeIndex(shortLastPage);
-    EXPECT_EQ(fixture.search(QStringLiteral("K0"), 1000).lines.size(), 61);
-    // A chain no deeper than a sound index may be is followed to its end.
-    fixture.writeIndex(chainIndex(20));
-    EXPECT_TRUE(fixture.search(QString(), 10).outcome.ok());
+    writeIndex(sound.left(lastItemEnd));
+    EXPECT_EQ(search(QStringLiteral("K0"), 1000).lines.size(), 61);
+    // A chain no deeper than a sound index may be is followed to its end, a deeper one is not.
+    writeIndex(chainIndex(20));
+    EXPECT_TRUE(search(QString(), 10).outcome.ok());
+    writeIndex(chainIndex(40));
+    EXPECT_EQ(search(QString(), 10).outcome.failure, StockFailure::TooDeep);
 }
 
-TEST_F(SearchStockTest, MissingFilesShowMessage1079AndNamesMatchInAnyCase) {
-    fixture.write({TestPart(QStringLiteral("M1"), 1), TestPart(QStringLiteral("M2"), 2)});
-    App().PrgPath = fixture.prgDir();
-    QStringList lines;
-    const auto collect = [&](const QString& line) { lines << line; };
-    qint32 maxLines = 100;
-
-    // Files missing (or held by another workstation): the box, and not even the heading.
-    const QString aside = fixture.prgDir() + QStringLiteral("ASIDE");
-    for (const QString& name : {QStringLiteral("STOCK.NTX"), QStringLiteral("STOCK.DBF")}) {
-        ASSERT_TRUE(QFile::rename(fixture.prgDir() + name, aside));
-        ScriptedPrompter prompts;
-        prompts.expectMessage(LoadText(79));
-        lines.clear();
-        modNTX::SearchStock(QStringLiteral("M"), maxLines, collect);
-        EXPECT_TRUE(lines.isEmpty());
-        ASSERT_TRUE(QFile::rename(aside, fixture.prgDir() + name));
-    }
-
+TEST_F(SearchStockTest, NamesMatchInAnyCaseAndAMissingFileShowsMessage1079) {
+    write({part(QStringLiteral("M1"), 1), part(QStringLiteral("M2"), 2)});
     // Names in another case, as installations copied from Windows keep them.
-    ASSERT_TRUE(QFile::rename(fixture.prgDir() + QStringLiteral("STOCK.DBF"),
-                              fixture.prgDir() + QStringLiteral("stock.dbf")));
-    lines.clear();
-    modNTX::SearchStock(QStringLiteral("M"), maxLines, collect);
-    EXPECT_EQ(lines.size(), 3);
+    ASSERT_TRUE(QFile::rename(prgDir() + "STOCK.DBF", prgDir() + "stock.dbf"));
+    EXPECT_EQ(search(QStringLiteral("M"), 100).lines.size(), 3);
+
+    // A file missing (or held by another workstation): the box, and not even the heading.
+    ASSERT_TRUE(QFile::remove(prgDir() + "STOCK.NTX"));
+    App().PrgPath = prgDir();
+    ScriptedPrompter prompts;
+    prompts.expectMessage(LoadText(79));
+    QStringList lines;
+    qint32 maxLines = 100;
+    modNTX::SearchStock(QStringLiteral("M"), maxLines, [&](const QString& line) { lines << line; });
+    EXPECT_TRUE(lines.isEmpty());
 }
 
 } // namespace
