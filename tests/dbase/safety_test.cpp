@@ -3,19 +3,14 @@
 #include "dbasefixture.h"
 
 #include "dbase/dberror.h"
-#include "dbase/dbfformat.h"
 #include "dbase/recordset.h"
-#include "dbase/tablefile.h"
 #include "support/faildevice.h"
-#include "support/testfiles.h"
-
-#include <QDate>
 
 class SafetyTest : public DbaseTest {
 protected:
     void SetUp() override {
         DbaseTest::SetUp();
-        makeTable("PRIXLIST.DBF", {textField("FICHIER", 8), numberField("PCT1", 6, 2)},
+        makeTable("PRIXLIST.DBF", {FieldDef::text("FICHIER", 8), FieldDef::number("PCT1", 6, 2)},
                   {{"AAA", 1.5}, {"BBB", QVariant()}, {"CCC", -2}}, {false, true, false});
     }
 };
@@ -53,7 +48,7 @@ TEST_F(SafetyTest, ATableCopiedWholeIsTheSameFile) {
 
 TEST_F(SafetyTest, DbfsqlPrintsRowsAndChanges) {
     const auto run = [this](const QString& sql) {
-        const ProgramRun p = RunProgram(QStringLiteral(DBFSQL), {dir.path(), sql});
+        const ProgramRun p = RunProgram(DBFSQL, {dir.path(), sql});
         return QString::fromUtf8(p.out + p.err);
     };
     EXPECT_EQ(run("SELECT * FROM PRIXLIST ORDER BY FICHIER DESC"),
@@ -78,15 +73,4 @@ TEST_F(SafetyTest, ARecordsetOnARebuiltTableRefusesToWriteUntilRequeried) {
     EXPECT_EQ(rs.fieldCount(), 3);
     rs.setValue("CATNO", "AUT;");
     rs.update();
-}
-
-TEST_F(SafetyTest, ACopyWithMemoFieldsTakesItsMemoFileAlong) {
-    TableHeader h = Dbf::makeHeader({textField("T", 2), {"NOTE", 'M', 10, 0}}, 0x57, 0x83);
-    h.recordCount = 1;
-    writeBytes("NOTES.DBF", Dbf::headerBytes(h) + " ab         1\x1A");
-    writeBytes("NOTES.DBT", QByteArray(1024, 'm'));
-    connection.execute("SELECT * INTO NOTECOPY FROM NOTES");
-    EXPECT_EQ(bytes("NOTECOPY.DBT"), bytes("NOTES.DBT"));
-    EXPECT_EQ(quint8(bytes("NOTECOPY.DBF")[0]), 0x83);
-    EXPECT_EQ(bytes("NOTECOPY.DBF").mid(h.headerLength), QByteArray(" ab         1\x1A"));
 }

@@ -7,36 +7,35 @@
 #include "dbase/dberror.h"
 #include "dbase/recordset.h"
 
-#include <QProcess>
-
-namespace {
-
-// The other workstation, in a process of its own.
-class Peer : public DbasePeer {
-public:
-    explicit Peer(const QStringList& args) : DbasePeer(QStringLiteral(DBASE_PEER), args) {}
-};
-
-QString runPeer(const QStringList& args) {
-    return Peer(args).answer();
-}
-
-} // namespace
+#include <memory>
 
 class SharingTest : public DbaseTest {
 protected:
     void SetUp() override {
         DbaseTest::SetUp();
-        makeTable("PRIXLIST.DBF", {textField("FICHIER", 8), textField("CODEGRO", 4)},
+        makeTable("PRIXLIST.DBF", {FieldDef::text("FICHIER", 8), FieldDef::text("CODEGRO", 4)},
                   {{"AAA", "AB"}, {"BBB", "CD"}, {"CCC", "EF"}});
     }
+    // The other workstation holding a lock ("lock-file" or "lock-record" and a record) while
+    // the peer lives; it has answered "ready" once the lock is held.
+    std::unique_ptr<DbasePeer> lockedBy(const QStringList& lock) {
+        auto peer = std::make_unique<DbasePeer>(DBASE_PEER, lock);
+        EXPECT_EQ(peer->answer(), "ready");
+        return peer;
+    }
+    // The other workstation changes the group code of a row (from 0) and saves it.
+    QString peerSets(const char* row, const char* code) {
+        return DbasePeer(DBASE_PEER, {"set", dir.path(), "PRIXLIST", row, "CODEGRO", code})
+            .answer();
+    }
+    QStringList storedCodes() const { return rows("SELECT CODEGRO FROM PRIXLIST"); }
+
+    Recordset rs;
 };
 
 TEST_F(SharingTest, OpeningFailsWhileAnotherProcessHoldsTheFileLock) {
     {
-        Peer peer({"lock-file", path("PRIXLIST.DBF")});
-        ASSERT_EQ(peer.answer(), "ready");
-        Recordset rs;
+        const auto peer = lockedBy({"lock-file", path("PRIXLIST.DBF")});
         EXPECT_DB_ERROR(rs.open("SELECT * FROM PRIXLIST ORDER BY [DESC]", connection,
                                 CursorType::Keyset, LockType::Optimistic),
                         0x80004005 - 0x100000000LL);
@@ -44,40 +43,23 @@ TEST_F(SharingTest, OpeningFailsWhileAnotherProcessHoldsTheFileLock) {
         EXPECT_DB_ERROR(connection.execute("ALTER TABLE PRIXLIST ADD COLUMN CATNO TEXT(254)"),
                         DbErrors::Fail);
     }
-    Recordset rs;
     rs.open("PRIXLIST", connection);
     EXPECT_EQ(rs.recordCount(), 3) << "the table opens once the lock is released";
 }
 
-TEST_F(SharingTest, AChangeMadeElsewhereIsNeverOverwritten) {
-    Recordset rs;
-    rs.open("PRIXLIST", connection, CursorType::Keyset, LockType::Optimistic);
-    ASSERT_EQ(runPeer({"set", dir.path(), "PRIXLIST", "1", "CODEGRO", "ZZ"}), "saved");
-    rs.move(1, MoveStart::First);
-    rs.setValue("CODEGRO", "XY");
-    EXPECT_DB_ERROR(rs.update(), DbErrors::RowChanged);
-    rs.cancelUpdate();
-    rs.requery();
-    rs.move(1, MoveStart::First);
-    EXPECT_EQ(rs.value("CODEGRO").toString(), "ZZ") << "the other workstation's change stands";
-}
-
-TEST_F(SharingTest, ChangesToDifferentRowsBothStay) {
-    Recordset rs;
+TEST_F(SharingTest, AChangeMadeElsewhereIsNeverOverwrittenAndOtherRowsStillSave) {
     rs.open("PRIXLIST", connection, CursorType::Keyset, LockType::BatchOptimistic);
-    rs.moveFirst();
-    rs.setValue("CODEGRO", "X1");
-    rs.moveLast();
-    rs.setValue("CODEGRO", "X3");
-    ASSERT_EQ(runPeer({"set", dir.path(), "PRIXLIST", "1", "CODEGRO", "P2"}), "saved");
-    rs.updateBatch();
-    EXPECT_EQ(stored("PRIXLIST", "CODEGRO"), QStringList({"X1", "P2", "X3"}));
+    for (const char* code : {"X1", "XY", "X3"}) {
+        rs.setValue("CODEGRO", code);
+        rs.moveNext();
+    }
+    ASSERT_EQ(peerSets("1", "ZZ"), "saved");
+    EXPECT_DB_ERROR(rs.updateBatch(), DbErrors::RowChanged);
+    EXPECT_EQ(storedCodes(), QStringList({"X1", "ZZ", "X3"}));
 }
 
 TEST_F(SharingTest, ARecordLockElsewhereStopsTheWriteAndTheRewrite) {
-    Peer peer({"lock-record", path("PRIXLIST.DBF"), "1"});
-    ASSERT_EQ(peer.answer(), "ready");
-    Recordset rs;
+    const auto peer = lockedBy({"lock-record", path("PRIXLIST.DBF"), "1"});
     rs.open("PRIXLIST", connection, CursorType::Keyset, LockType::Optimistic);
     rs.setValue("CODEGRO", "XY");
     EXPECT_DB_ERROR(rs.update(), DbErrors::Fail);
@@ -87,6 +69,6 @@ TEST_F(SharingTest, ARecordLockElsewhereStopsTheWriteAndTheRewrite) {
     rs.update(); // another record is free
     EXPECT_DB_ERROR(connection.execute("ALTER TABLE PRIXLIST ADD COLUMN CATNO TEXT(254)"),
                     DbErrors::Fail);
-    EXPECT_EQ(runPeer({"set", dir.path(), "PRIXLIST", "2", "CODEGRO", "P3"}), "saved")
-        << "the peer's own lock does not stop it on another record";
+    EXPECT_EQ(peerSets("2", "P3"), "saved") << "the peer's own lock does not stop it elsewhere";
+    EXPECT_EQ(storedCodes(), QStringList({"AB", "OK", "P3"}));
 }
