@@ -4,6 +4,7 @@
 #include "partsfile/ntxlayout.h"
 #include "stockfixtures/stockgenerator.h"
 #include "support/scriptedprompter.h"
+#include "support/testfiles.h"
 
 #include <QFile>
 #include <QTemporaryDir>
@@ -21,7 +22,7 @@ using modNTX::StockFailure;
 StockPart part(const QString& number, int record) {
     StockPart part;
     part.number = number;
-    part.description = QStringLiteral("REC %1").arg(record);
+    part.description = QString::number(record);
     return part;
 }
 
@@ -45,11 +46,7 @@ protected:
         EXPECT_FALSE(image.bytes.isEmpty());
         return image;
     }
-    void writeIndex(const QByteArray& bytes) const {
-        QFile file(prgDir() + QStringLiteral("STOCK.NTX"));
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
-        ASSERT_EQ(file.write(bytes), bytes.size());
-    }
+    void writeIndex(const QByteArray& bytes) const { WriteBytes(prgDir() + "STOCK.NTX", bytes); }
 
     struct Result {
         QStringList lines; // the heading first
@@ -59,7 +56,7 @@ protected:
         std::vector<int> records() const {
             std::vector<int> records;
             for (qsizetype i = 1; i < lines.size(); ++i)
-                records.push_back(lines[i].mid(15, 30).trimmed().mid(4).toInt());
+                records.push_back(lines[i].mid(15, 30).toInt());
             return records;
         }
     };
@@ -106,16 +103,14 @@ std::vector<int> expectedRecords(const NtxImage& image, const QString& text, int
     return records;
 }
 
+// Every text of one to three characters of the alphabet, and a few others.
 QStringList searchTexts() {
     QStringList texts = {QString(), "a", "ab1", "AB12AB12AB12AB1", "AB12AB12AB12AB12", "Z"};
-    const QString alphabet = QStringLiteral("AB12");
-    for (const QChar a : alphabet) {
-        texts << QString(a);
-        for (const QChar b : alphabet) {
-            texts << QString(a) + b;
-            for (const QChar c : alphabet)
-                texts << QString(a) + b + c;
-        }
+    for (int n = 1; n <= 4 + 16 + 64; ++n) {
+        QString text;
+        for (int m = n; m > 0; m = (m - 1) / 4)
+            text.prepend(QStringLiteral("AB12")[(m - 1) % 4]);
+        texts << text;
     }
     return texts;
 }
@@ -214,27 +209,32 @@ TEST_F(SearchStockTest, DamagedIndexesEndTheSearchWithoutHanging) {
     for (int i = 0; i <= rootKeys; ++i)
         lastItemEnd = std::max(lastItemEnd, itemAt(sound, root, i) + NtxLayout::ItemSize);
 
-    // Each damage writes a little-endian value of 2 or 4 bytes, or cuts the file (width 0).
+    // Each damage writes a little-endian value of 2 or 4 bytes, or cuts the file (width 0); the
+    // lines found before the failure stay listed.
+    using enum StockFailure;
     const struct {
         const char* what;
         qint64 at;
         int width;
         qint64 value;
         StockFailure failure;
+        int lines;
     } damages[] = {
-        {"root past the end", 4, 4, sound.size() + 10, StockFailure::PageOutsideFile},
-        {"child past the end", firstItem, 4, sound.size(), StockFailure::PageOutsideFile},
-        {"last child far past the end", lastChild, 4, 0xFFFFFFF0, StockFailure::PageOutsideFile},
-        {"page is its own child", firstItem, 4, root, StockFailure::PageRevisited},
-        {"grandchild is the root", itemAt(sound, child, 0), 4, root, StockFailure::PageRevisited},
-        {"item 42", root + 2, 2, 80 + 42 * 23, StockFailure::ItemOutsidePage},
-        {"item before the items", root + 2, 2, 12, StockFailure::ItemOutsidePage},
-        {"39 keys", root, 2, 39, StockFailure::BadKeyCount},
-        {"negative key count", root, 2, -1, StockFailure::BadKeyCount},
-        {"designated item cut off", lastItemEnd - 5, 0, 0, StockFailure::ItemPastEnd},
-        {"record not in the table", firstItem + 4, 4, 100000, StockFailure::RecordOutsideTable},
-        {"record zero", firstItem + 4, 4, 0, StockFailure::RecordOutsideTable},
-        {"header cut short", 100, 0, 0, StockFailure::ShortHeader},
+        {"root past the end", 4, 4, sound.size() + 10, PageOutsideFile, 1},
+        {"child past the end", firstItem, 4, sound.size(), PageOutsideFile, 1},
+        {"last child far past the end", lastChild, 4, 0xFFFFFFF0, PageOutsideFile, 21},
+        {"page is its own child", firstItem, 4, root, PageRevisited, 1},
+        {"grandchild is the root", itemAt(sound, child, 0), 4, root, PageRevisited, 1},
+        {"item 42", root + 2, 2, 80 + 42 * 23, ItemOutsidePage, 1},
+        {"item before the items", root + 2, 2, 12, ItemOutsidePage, 1},
+        {"39 keys", root, 2, 39, BadKeyCount, 1},
+        {"negative key count", root, 2, -1, BadKeyCount, 1},
+        {"designated item cut off", lastItemEnd - 5, 0, 0, ItemPastEnd, 1},
+        {"record not in the table", firstItem + 4, 4, 100000, RecordOutsideTable, 1},
+        {"record zero", firstItem + 4, 4, 0, RecordOutsideTable, 1},
+        {"header cut short", 100, 0, 0, ShortHeader, 0},
+        // A last page shorter than a page read is sound if its designated items are there.
+        {"cut after the designated items", lastItemEnd, 0, 0, None, 61},
     };
     for (const auto& damage : damages) {
         SCOPED_TRACE(damage.what);
@@ -249,22 +249,8 @@ TEST_F(SearchStockTest, DamagedIndexesEndTheSearchWithoutHanging) {
         const Result result = search(QString(), 1000);
         EXPECT_EQ(result.outcome.failure, damage.failure)
             << modNTX::FailureText(result.outcome.failure).toStdString();
-        if (damage.failure != StockFailure::ShortHeader) {
-            EXPECT_EQ(result.lines.value(0), modNTX::StockHeading());
-        }
+        EXPECT_GE(result.lines.size(), damage.lines);
     }
-
-    // A failure late in the scan keeps the lines found before it.
-    QByteArray lateDamage = sound;
-    qToLittleEndian<quint32>(quint32(sound.size() + 1), lateDamage.data() + lastChild);
-    writeIndex(lateDamage);
-    const Result late = search(QStringLiteral("K"), 1000);
-    EXPECT_EQ(late.outcome.failure, StockFailure::PageOutsideFile);
-    EXPECT_GT(late.lines.size(), 20);
-
-    // A last page shorter than a page read is sound as long as its designated items are there.
-    writeIndex(sound.left(lastItemEnd));
-    EXPECT_EQ(search(QStringLiteral("K0"), 1000).lines.size(), 61);
     // A chain no deeper than a sound index may be is followed to its end, a deeper one is not.
     writeIndex(chainIndex(20));
     EXPECT_TRUE(search(QString(), 10).outcome.ok());
