@@ -44,8 +44,14 @@ protected:
         writeNewTable(path(file), t);
     }
 
+    // Opens rs on a table or a query, for editing unless told otherwise.
+    void open(const QString& source, LockType lock = LockType::Optimistic) {
+        rs.open(source, connection, CursorType::Keyset, lock);
+    }
+
     QTemporaryDir dir;
     Connection connection;
+    Recordset rs;
 };
 
 // Runs a statement and expects the engine to refuse it with a given error number.

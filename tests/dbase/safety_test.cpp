@@ -37,8 +37,7 @@ TEST_F(SafetyTest, ATableCopiedWholeIsTheSameFile) {
     EXPECT_EQ(bytes("COPY1.DBF"), bytes("COPY2.DBF"));
     // The copy holds the live rows; a row written back with its own values changes nothing.
     const QByteArray before = bytes("PRIXLIST.DBF");
-    Recordset rs;
-    rs.open("PRIXLIST", connection, CursorType::Keyset, LockType::Optimistic);
+    open("PRIXLIST");
     rs.setValue("PCT1", rs.value("PCT1"));
     rs.setValue("FICHIER", "AAA");
     rs.update();
@@ -61,8 +60,7 @@ TEST_F(SafetyTest, DbfsqlPrintsRowsAndChanges) {
 }
 
 TEST_F(SafetyTest, ARecordsetOnARebuiltTableRefusesToWriteUntilRequeried) {
-    Recordset rs;
-    rs.open("PRIXLIST", connection, CursorType::Keyset, LockType::Optimistic);
+    open("PRIXLIST");
     connection.execute("ALTER TABLE PRIXLIST ADD COLUMN CATNO TEXT(254)");
     const QByteArray rebuilt = bytes("PRIXLIST.DBF");
     rs.setValue("PCT1", 9);

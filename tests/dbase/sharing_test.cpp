@@ -29,16 +29,12 @@ protected:
             .answer();
     }
     QStringList storedCodes() const { return rows("SELECT CODEGRO FROM PRIXLIST"); }
-
-    Recordset rs;
 };
 
 TEST_F(SharingTest, OpeningFailsWhileAnotherProcessHoldsTheFileLock) {
     {
         const auto peer = lockedBy({"lock-file", path("PRIXLIST.DBF")});
-        EXPECT_DB_ERROR(rs.open("SELECT * FROM PRIXLIST ORDER BY [DESC]", connection,
-                                CursorType::Keyset, LockType::Optimistic),
-                        0x80004005 - 0x100000000LL);
+        EXPECT_DB_ERROR(open("SELECT * FROM PRIXLIST ORDER BY [DESC]"), 0x80004005 - 0x100000000LL);
         EXPECT_FALSE(rs.isOpen());
         EXPECT_DB_ERROR(connection.execute("ALTER TABLE PRIXLIST ADD COLUMN CATNO TEXT(254)"),
                         DbErrors::Fail);
@@ -48,7 +44,7 @@ TEST_F(SharingTest, OpeningFailsWhileAnotherProcessHoldsTheFileLock) {
 }
 
 TEST_F(SharingTest, AChangeMadeElsewhereIsNeverOverwrittenAndOtherRowsStillSave) {
-    rs.open("PRIXLIST", connection, CursorType::Keyset, LockType::BatchOptimistic);
+    open("PRIXLIST", LockType::BatchOptimistic);
     for (const char* code : {"X1", "XY", "X3"}) {
         rs.setValue("CODEGRO", code);
         rs.moveNext();
@@ -60,7 +56,7 @@ TEST_F(SharingTest, AChangeMadeElsewhereIsNeverOverwrittenAndOtherRowsStillSave)
 
 TEST_F(SharingTest, ARecordLockElsewhereStopsTheWriteAndTheRewrite) {
     const auto peer = lockedBy({"lock-record", path("PRIXLIST.DBF"), "1"});
-    rs.open("PRIXLIST", connection, CursorType::Keyset, LockType::Optimistic);
+    open("PRIXLIST");
     rs.setValue("CODEGRO", "XY");
     EXPECT_DB_ERROR(rs.update(), DbErrors::Fail);
     rs.cancelUpdate();

@@ -16,32 +16,21 @@
 #include <QTest>
 #include <algorithm>
 #include <gtest/gtest.h>
-#include <memory>
 
 namespace {
 
 class PartSearchPaneTest : public ::testing::Test {
 protected:
-    static void SetUpTestSuite() {
-        dir = std::make_unique<QTemporaryDir>();
+    void SetUp() override {
+        ResetAppState();
+        App().Settings.Nation = 1000;
+        App().PrgPath = dir.path() + QStringLiteral("/PRG/");
         StockGeneration generation;
         generation.parts = 2600;
         generation.prefixes = {QStringLiteral("AB"), QStringLiteral("XY")};
-        generation.index.keysPerPage = 20;
-        generation.index.clipperUpdated = true;
-        files = std::make_unique<StockFiles>(
-            WriteStockFiles(dir->path() + QStringLiteral("/PRG"), generation));
-    }
-    static void TearDownTestSuite() {
-        files.reset();
-        dir.reset();
-    }
-
-    void SetUp() override {
-        ASSERT_TRUE(files->written);
-        ResetAppState();
-        App().Settings.Nation = 1000;
-        App().PrgPath = dir->path() + QStringLiteral("/PRG/");
+        generation.index = {20, true};
+        files = WriteStockFiles(App().PrgPath, generation);
+        ASSERT_TRUE(files.written);
         pane.label();
         pane.show();
         QApplication::setActiveWindow(&pane);
@@ -56,8 +45,8 @@ protected:
             lines << pane.lstPieces->item(i)->text();
         return lines;
     }
-    static int partsStartingWith(const QString& text) {
-        return int(std::count_if(files->numbers.begin(), files->numbers.end(),
+    int partsStartingWith(const QString& text) const {
+        return int(std::count_if(files.numbers.begin(), files.numbers.end(),
                                  [&](const QString& number) { return number.startsWith(text); }));
     }
     void search(const QString& text, const QString& max) {
@@ -66,8 +55,8 @@ protected:
         QTest::keyClick(pane.txtRecherche, Qt::Key_Return);
     }
 
-    static inline std::unique_ptr<QTemporaryDir> dir;
-    static inline std::unique_ptr<StockFiles> files;
+    QTemporaryDir dir;
+    StockFiles files;
     PartSearchPane pane;
 };
 
@@ -123,7 +112,7 @@ TEST_F(PartSearchPaneTest, AMissingPartsFileShows1079AndBadArgumentsAreRefused) 
 
     // A folder without parts file: message 1079 from both, and nothing listed.
     App().Settings.Nation = 1000;
-    App().PrgPath = dir->path();
+    App().PrgPath = dir.path();
     const ProgramRun failed = runStockSearch({App().PrgPath, "XY"});
     EXPECT_EQ(failed.status, 1);
     EXPECT_TRUE(failed.out.isEmpty());
