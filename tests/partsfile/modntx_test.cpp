@@ -140,12 +140,8 @@ TEST_F(SearchStockTest, ListsTheMatchesInIndexOrderWhateverTheTreeShape) {
 }
 
 TEST_F(SearchStockTest, PartLineKeepsTheFieldsAsTheyStand) {
-    StockPart part;
-    part.number = QStringLiteral("BOS0242229");
-    part.description = QStringLiteral("DÉMARREUR 5€ RÉUSINÉ");
-    part.prices = {12.5, 11.25, 10.63, 10};
-    part.cost = 7.5;
-    part.family = QStringLiteral(" EL");
+    StockPart part = {"BOS0242229", "DÉMARREUR 5€ RÉUSINÉ", {}, {12.5, 11.25, 10.63, 10}, 7.5,
+                      " EL"};
     part.deleted = true; // deleted but still in the index: listed all the same
     write({part});
     EXPECT_EQ(search(QStringLiteral("bos"), 20).lines,
