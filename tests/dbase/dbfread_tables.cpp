@@ -85,17 +85,9 @@ void writeTables(const QString& dir) {
         rs.updateBatch();
     }
     c.execute("SELECT NAME, ACTIVE INTO SUBSET FROM KINDS WHERE ACTIVE = False OR NAME IS NULL");
-    c.execute("CREATE TABLE MEREMPLA (ORI TEXT(15), NEW TEXT(15))");
-    {
-        Recordset rs;
-        rs.open("MEREMPLA", c, CursorType::Keyset, LockType::Optimistic);
-        for (const char* ori : {"ABC-100", "XYZ 200"}) {
-            rs.addNew();
-            rs.setValue("ORI", ori);
-            rs.setValue("NEW", QString(QString::fromLatin1(ori) + u'B'));
-            rs.update();
-        }
-    }
+    // A created table filled from another with a narrower field of the same name.
+    c.execute("CREATE TABLE MEREMPLA (ORI TEXT(15), NAME TEXT(15))");
+    c.execute("INSERT INTO MEREMPLA SELECT * FROM KINDS");
     c.execute("SELECT * INTO INSERTED FROM KINDS WHERE 1 = 0");
     c.execute("ALTER TABLE INSERTED ADD COLUMN EXTRA TEXT(5)");
     c.execute("INSERT INTO INSERTED SELECT * FROM OEM");
