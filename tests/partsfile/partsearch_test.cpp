@@ -225,7 +225,6 @@ TEST_F(SearchStockTest, DamagedIndexesEndTheSearchWithoutHanging) {
         int lines;
     } damages[] = {
         {"root past the end", 4, 4, sound.size() + 10, PageOutsideFile, 1},
-        {"child past the end", firstItem, 4, sound.size(), PageOutsideFile, 1},
         {"last child far past the end", lastChild, 4, 0xFFFFFFF0, PageOutsideFile, 21},
         {"page is its own child", firstItem, 4, root, PageRevisited, 1},
         {"grandchild is the root", itemAt(sound, child, 0), 4, root, PageRevisited, 1},
