@@ -4,26 +4,13 @@
 #include "dbase/fielddef.h"
 #include "dbase/recordset.h"
 #include "dbase/tablewriter.h"
+#include "support/testfiles.h"
 
 #include <QDir>
-#include <QFile>
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
 
-inline FieldDef textField(const char* name, int length) {
-    return {name, 'C', length, 0};
-}
-inline FieldDef numberField(const char* name, int length, int decimals = 0) {
-    return {name, 'N', length, decimals};
-}
-inline FieldDef dateField(const char* name) {
-    return {name, 'D', 8, 0};
-}
-inline FieldDef logicalField(const char* name) {
-    return {name, 'L', 1, 0};
-}
-
-// One field of every row, from the first (Null as "<null>").
+// One field of every row of an open recordset, from the first (Null as "<null>").
 inline QStringList column(Recordset& rs, const QString& field) {
     QStringList values;
     for (rs.moveFirst(); !rs.eof(); rs.moveNext())
@@ -41,6 +28,12 @@ protected:
     }
 
     QString path(const QString& file) const { return QDir(dir.path()).filePath(file); }
+    QByteArray bytes(const QString& file) const { return ReadBytes(path(file)); }
+    void writeBytes(const QString& file, const QByteArray& data) const {
+        WriteBytes(path(file), data);
+    }
+    // The rows of a query as stored now, through a connection of their own.
+    QStringList rows(const QString& sql) const { return TableRows(dir.path(), sql); }
 
     void makeTable(const QString& file, const QList<FieldDef>& fields,
                    const QList<QVariantList>& rows, const QList<bool>& deleted = {}) {
@@ -51,26 +44,14 @@ protected:
         writeNewTable(path(file), t);
     }
 
-    QByteArray bytes(const QString& file) const {
-        QFile f(path(file));
-        return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
-    }
-
-    void writeBytes(const QString& file, const QByteArray& data) const {
-        QFile f(path(file));
-        ASSERT_TRUE(f.open(QIODevice::WriteOnly | QIODevice::Truncate));
-        f.write(data);
-    }
-
-    // One field of a table as stored now, read through a recordset of its own.
-    QStringList stored(const QString& table, const QString& field) {
-        Recordset fresh;
-        fresh.open(table, connection);
-        return column(fresh, field);
+    // Opens rs on a table or a query, for editing unless told otherwise.
+    void open(const QString& source, LockType lock = LockType::Optimistic) {
+        rs.open(source, connection, CursorType::Keyset, lock);
     }
 
     QTemporaryDir dir;
     Connection connection;
+    Recordset rs;
 };
 
 // Runs a statement and expects the engine to refuse it with a given error number.

@@ -19,16 +19,11 @@
 
 namespace {
 
-const QList<FieldDef> Kinds = {{"NAME", 'C', 12, 0},
-                               {"PRICE", 'N', 9, 2},
-                               {"QTY", 'N', 5, 0},
-                               {"SINCE", 'D', 8, 0},
-                               {"ACTIVE", 'L', 1, 0}};
-
 NewTable kindsTable(quint8 driver) {
     NewTable t;
     t.languageDriver = driver;
-    t.fields = Kinds;
+    t.fields = {FieldDef::text("NAME", 12), FieldDef::number("PRICE", 9, 2),
+                FieldDef::number("QTY", 5), FieldDef::date("SINCE"), FieldDef::logical("ACTIVE")};
     t.rows = {{QString::fromUtf8("Crème brûlée"), 12.5, 3, QDate(2024, 2, 29), true},
               {"Deleted row", 1.0, 1, QDate(1999, 12, 31), false},
               {QVariant(), QVariant(), QVariant(), QVariant(), QVariant()},
@@ -37,22 +32,8 @@ NewTable kindsTable(quint8 driver) {
     return t;
 }
 
-QJsonValue json(const QVariant& v) {
-    if (v.isNull())
-        return QJsonValue::Null;
-    switch (v.typeId()) {
-    case QMetaType::QDate:
-        return v.toDate().toString(Qt::ISODate);
-    case QMetaType::Bool:
-        return v.toBool();
-    case QMetaType::Double:
-        return v.toDouble();
-    default:
-        return v.toString();
-    }
-}
-
-QJsonObject describe(const QString& path, const QString& name) {
+QJsonObject describe(const QDir& dir, const QString& name) {
+    const QString path = dir.filePath(name + ".DBF");
     const TableSnapshot t = TableFile::load(path, name);
     QJsonArray fields;
     for (const FieldDef& f : t.header.fields)
@@ -61,8 +42,8 @@ QJsonObject describe(const QString& path, const QString& name) {
     for (quint32 recno = 1; recno <= t.header.recordCount; ++recno) {
         QJsonArray values;
         for (int i = 0; i < t.header.fields.size(); ++i)
-            values.append(json(Dbf::decodeField(t.record(recno) + t.header.offsets[i],
-                                                t.header.fields[i], *t.codec)));
+            values.append(QJsonValue::fromVariant(Dbf::decodeField(
+                t.record(recno) + t.header.offsets[i], t.header.fields[i], *t.codec)));
         records.append(QJsonObject{{"deleted", t.isDeleted(recno)}, {"values", values}});
     }
     return QJsonObject{{"file", path},
@@ -104,17 +85,9 @@ void writeTables(const QString& dir) {
         rs.updateBatch();
     }
     c.execute("SELECT NAME, ACTIVE INTO SUBSET FROM KINDS WHERE ACTIVE = False OR NAME IS NULL");
-    c.execute("CREATE TABLE MEREMPLA (ORI TEXT(15), NEW TEXT(15))");
-    {
-        Recordset rs;
-        rs.open("MEREMPLA", c, CursorType::Keyset, LockType::Optimistic);
-        for (const char* ori : {"ABC-100", "XYZ 200"}) {
-            rs.addNew();
-            rs.setValue("ORI", ori);
-            rs.setValue("NEW", QString(QString::fromLatin1(ori) + u'B'));
-            rs.update();
-        }
-    }
+    // A created table filled from another with a narrower field of the same name.
+    c.execute("CREATE TABLE MEREMPLA (ORI TEXT(15), NAME TEXT(15))");
+    c.execute("INSERT INTO MEREMPLA SELECT * FROM KINDS");
     c.execute("SELECT * INTO INSERTED FROM KINDS WHERE 1 = 0");
     c.execute("ALTER TABLE INSERTED ADD COLUMN EXTRA TEXT(5)");
     c.execute("INSERT INTO INSERTED SELECT * FROM OEM");
@@ -134,8 +107,7 @@ int main(int argc, char** argv) {
         QJsonArray tables;
         for (const char* name :
              {"KINDS", "OEM", "UPDATED", "ALTERED", "SUBSET", "MEREMPLA", "INSERTED"})
-            tables.append(describe(QDir(dir).filePath(QString::fromLatin1(name) + ".DBF"),
-                                   QString::fromLatin1(name)));
+            tables.append(describe(QDir(dir), QString::fromLatin1(name)));
         std::cout << QJsonDocument(tables).toJson().toStdString();
     } catch (const DbError& e) {
         std::cerr << "error " << e.number() << ": " << e.description().toStdString() << std::endl;

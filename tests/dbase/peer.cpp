@@ -10,20 +10,16 @@
 
 #include <QCoreApplication>
 #include <QFile>
-#include <cstdio>
 #include <iostream>
 #include <string>
 
 namespace {
 
-int holdLock(const QString& path, bool wholeFile, quint32 recno) {
+int holdLock(const QString& path, const QString& recno) {
     QFile file(path);
-    if (!file.open(QIODevice::ReadWrite)) {
-        std::cout << "cannot open" << std::endl;
-        return 1;
-    }
-    const bool locked =
-        wholeFile ? FileLock::tryLockFile(file) : FileLock::tryLockRecord(file, recno);
+    const bool locked = file.open(QIODevice::ReadWrite) &&
+                        (recno.isEmpty() ? FileLock::tryLockFile(file)
+                                         : FileLock::tryLockRecord(file, recno.toUInt()));
     std::cout << (locked ? "ready" : "busy") << std::endl;
     std::string line;
     std::getline(std::cin, line);
@@ -53,13 +49,11 @@ int main(int argc, char** argv) {
     QCoreApplication app(argc, argv);
     const QStringList a = app.arguments();
     if (a.size() == 3 && a[1] == QLatin1String("lock-file"))
-        return holdLock(a[2], true, 0);
+        return holdLock(a[2], QString());
     if (a.size() == 4 && a[1] == QLatin1String("lock-record"))
-        return holdLock(a[2], false, a[3].toUInt());
+        return holdLock(a[2], a[3]);
     if (a.size() == 7 && a[1] == QLatin1String("set"))
         return setField(a);
-    std::cerr << "usage: dbase_peer lock-file PATH | lock-record PATH RECNO | "
-                 "set DIR TABLE ROW FIELD VALUE"
-              << std::endl;
+    std::cerr << "usage: dbase_peer lock-file PATH | lock-record PATH RECNO | set ..." << std::endl;
     return 2;
 }

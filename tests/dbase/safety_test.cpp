@@ -1,28 +1,85 @@
-// Rewrites replace a table whole or not at all, and a table written back unchanged is the same
-// file byte for byte.
+// A table shared with the other workstations' programs (played by a second process that follows
+// the same Clipper lock convention) and rewritten by this one: a change made elsewhere is never
+// overwritten, and a rewrite replaces the table whole or not at all.
 #include "dbasefixture.h"
 
+#include "dbasepeer.h"
+
 #include "dbase/dberror.h"
-#include "dbase/dbfformat.h"
 #include "dbase/recordset.h"
-#include "dbase/tablefile.h"
 #include "support/faildevice.h"
-#include "support/testfiles.h"
 
-#include <QDate>
+#include <memory>
 
-class SafetyTest : public DbaseTest {
+class SharingTest : public DbaseTest {
 protected:
     void SetUp() override {
         DbaseTest::SetUp();
-        makeTable("PRIXLIST.DBF", {textField("FICHIER", 8), numberField("PCT1", 6, 2)},
-                  {{"AAA", 1.5}, {"BBB", QVariant()}, {"CCC", -2}}, {false, true, false});
+        makeTable(
+            "PRIXLIST.DBF",
+            {FieldDef::text("FICHIER", 8), FieldDef::text("CODEGRO", 4),
+             FieldDef::number("PCT1", 6, 2)},
+            {{"AAA", "AB", 1.5}, {"BBB", "CD", QVariant()}, {"CCC", "EF", -2}, {"DDD", "GH", 3}},
+            {false, false, false, true});
     }
+    // The other workstation holding a lock ("lock-file" or "lock-record" and a record) while
+    // the peer lives; it has answered "ready" once the lock is held.
+    std::unique_ptr<DbasePeer> lockedBy(const QStringList& lock) {
+        auto peer = std::make_unique<DbasePeer>(DBASE_PEER, lock);
+        EXPECT_EQ(peer->answer(), "ready");
+        return peer;
+    }
+    // The other workstation changes the group code of a row (from 0) and saves it.
+    QString peerSets(const char* row, const char* code) {
+        return DbasePeer(DBASE_PEER, {"set", dir.path(), "PRIXLIST", row, "CODEGRO", code})
+            .answer();
+    }
+    QStringList storedCodes() const { return rows("SELECT CODEGRO FROM PRIXLIST"); }
 };
+
+class SafetyTest : public SharingTest {};
+
+TEST_F(SharingTest, OpeningFailsWhileAnotherProcessHoldsTheFileLock) {
+    {
+        const auto peer = lockedBy({"lock-file", path("PRIXLIST.DBF")});
+        EXPECT_DB_ERROR(open("SELECT * FROM PRIXLIST ORDER BY [DESC]"), 0x80004005 - 0x100000000LL);
+        EXPECT_FALSE(rs.isOpen());
+        EXPECT_DB_ERROR(connection.execute("ALTER TABLE PRIXLIST ADD COLUMN CATNO TEXT(254)"),
+                        DbErrors::Fail);
+    }
+    rs.open("PRIXLIST", connection);
+    EXPECT_EQ(rs.recordCount(), 3) << "the table opens once the lock is released";
+}
+
+TEST_F(SharingTest, AChangeMadeElsewhereIsNeverOverwrittenAndOtherRowsStillSave) {
+    open("PRIXLIST", LockType::BatchOptimistic);
+    for (const char* code : {"X1", "XY", "X3"}) {
+        rs.setValue("CODEGRO", code);
+        rs.moveNext();
+    }
+    ASSERT_EQ(peerSets("1", "ZZ"), "saved");
+    EXPECT_DB_ERROR(rs.updateBatch(), DbErrors::RowChanged);
+    EXPECT_EQ(storedCodes(), QStringList({"X1", "ZZ", "X3"}));
+}
+
+TEST_F(SharingTest, ARecordLockElsewhereStopsTheWriteAndTheRewrite) {
+    const auto peer = lockedBy({"lock-record", path("PRIXLIST.DBF"), "1"});
+    open("PRIXLIST");
+    rs.setValue("CODEGRO", "XY");
+    EXPECT_DB_ERROR(rs.update(), DbErrors::Fail);
+    rs.cancelUpdate();
+    rs.moveNext();
+    rs.setValue("CODEGRO", "OK");
+    rs.update(); // another record is free
+    EXPECT_DB_ERROR(connection.execute("ALTER TABLE PRIXLIST ADD COLUMN CATNO TEXT(254)"),
+                    DbErrors::Fail);
+    EXPECT_EQ(peerSets("2", "P3"), "saved") << "the peer's own lock does not stop it elsewhere";
+    EXPECT_EQ(storedCodes(), QStringList({"AB", "OK", "P3"}));
+}
 
 TEST_F(SafetyTest, AFailedRewriteLeavesTheOldTableWhole) {
     // The disk fills up in the middle of the records.
-    Connection fillingUp([](QIODevice& file) { return std::make_unique<FailDevice>(file, 100); });
+    Connection fillingUp([](QIODevice& file) { return std::make_unique<FailDevice>(file, 140); });
     fillingUp.open(dir.path());
     const QByteArray before = bytes("PRIXLIST.DBF");
     for (const QString& sql : {QStringLiteral("ALTER TABLE PRIXLIST ADD COLUMN CATNO TEXT(254)"),
@@ -42,32 +99,30 @@ TEST_F(SafetyTest, ATableCopiedWholeIsTheSameFile) {
     EXPECT_EQ(bytes("COPY1.DBF"), bytes("COPY2.DBF"));
     // The copy holds the live rows; a row written back with its own values changes nothing.
     const QByteArray before = bytes("PRIXLIST.DBF");
-    Recordset rs;
-    rs.open("PRIXLIST", connection, CursorType::Keyset, LockType::Optimistic);
+    open("PRIXLIST");
     rs.setValue("PCT1", rs.value("PCT1"));
     rs.setValue("FICHIER", "AAA");
     rs.update();
     EXPECT_EQ(bytes("PRIXLIST.DBF"), before);
-    EXPECT_EQ(bytes("COPY1.DBF").size(), before.size() - 15) << "without the deleted record";
+    EXPECT_EQ(bytes("COPY1.DBF").size(), before.size() - 19) << "without the deleted record";
 }
 
 TEST_F(SafetyTest, DbfsqlPrintsRowsAndChanges) {
     const auto run = [this](const QString& sql) {
-        const ProgramRun p = RunProgram(QStringLiteral(DBFSQL), {dir.path(), sql});
+        const ProgramRun p = RunProgram(DBFSQL, {dir.path(), sql});
         return QString::fromUtf8(p.out + p.err);
     };
-    EXPECT_EQ(run("SELECT * FROM PRIXLIST ORDER BY FICHIER DESC"),
-              "FICHIER\tPCT1\nCCC\t-2.00\nAAA\t1.50\n");
+    EXPECT_EQ(run("SELECT FICHIER, PCT1 FROM PRIXLIST ORDER BY FICHIER DESC"),
+              "FICHIER\tPCT1\nCCC\t-2.00\nBBB\t\nAAA\t1.50\n");
     EXPECT_EQ(run("CREATE TABLE MEEFFACE (ORI TEXT(15))"), "Table created.\n");
-    EXPECT_EQ(run("INSERT INTO MEEFFACE SELECT * FROM PRIXLIST"), "2 row(s) written.\n")
+    EXPECT_EQ(run("INSERT INTO MEEFFACE SELECT * FROM PRIXLIST"), "3 row(s) written.\n")
         << "no field in common: rows of Nulls are still written";
-    EXPECT_EQ(run("SELECT ORI FROM MEEFFACE"), "ORI\n\n\n");
+    EXPECT_EQ(run("SELECT ORI FROM MEEFFACE"), "ORI\n\n\n\n");
     EXPECT_TRUE(run("DROP TABLE MEEFFACE").startsWith("Error -2147217900: Syntax error"));
 }
 
 TEST_F(SafetyTest, ARecordsetOnARebuiltTableRefusesToWriteUntilRequeried) {
-    Recordset rs;
-    rs.open("PRIXLIST", connection, CursorType::Keyset, LockType::Optimistic);
+    open("PRIXLIST");
     connection.execute("ALTER TABLE PRIXLIST ADD COLUMN CATNO TEXT(254)");
     const QByteArray rebuilt = bytes("PRIXLIST.DBF");
     rs.setValue("PCT1", 9);
@@ -75,18 +130,7 @@ TEST_F(SafetyTest, ARecordsetOnARebuiltTableRefusesToWriteUntilRequeried) {
     EXPECT_EQ(bytes("PRIXLIST.DBF"), rebuilt);
     rs.cancelUpdate();
     rs.requery();
-    EXPECT_EQ(rs.fieldCount(), 3);
+    EXPECT_EQ(rs.fieldCount(), 4);
     rs.setValue("CATNO", "AUT;");
     rs.update();
-}
-
-TEST_F(SafetyTest, ACopyWithMemoFieldsTakesItsMemoFileAlong) {
-    TableHeader h = Dbf::makeHeader({textField("T", 2), {"NOTE", 'M', 10, 0}}, 0x57, 0x83);
-    h.recordCount = 1;
-    writeBytes("NOTES.DBF", Dbf::headerBytes(h) + " ab         1\x1A");
-    writeBytes("NOTES.DBT", QByteArray(1024, 'm'));
-    connection.execute("SELECT * INTO NOTECOPY FROM NOTES");
-    EXPECT_EQ(bytes("NOTECOPY.DBT"), bytes("NOTES.DBT"));
-    EXPECT_EQ(quint8(bytes("NOTECOPY.DBF")[0]), 0x83);
-    EXPECT_EQ(bytes("NOTECOPY.DBF").mid(h.headerLength), QByteArray(" ab         1\x1A"));
 }

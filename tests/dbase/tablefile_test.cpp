@@ -29,52 +29,31 @@ QByteArray rawTable(quint8 version, quint8 driver, const QList<FieldDef>& fields
 class TableFileTest : public DbaseTest {};
 
 TEST_F(TableFileTest, ReadsStoredFormsAndBlanksAsNull) {
-    const QList<FieldDef> fields = {textField("T", 5), numberField("N", 6, 2), dateField("D"),
-                                    logicalField("L")};
+    const QList<FieldDef> fields = {FieldDef::text("T", 5), FieldDef::number("N", 6, 2),
+                                    FieldDef::date("D"), FieldDef::logical("L")};
     // Each record: deletion flag, then T (5), N (6), D (8) and L (1) in their stored forms.
     const QList<QByteArray> records = {" AB    12.5020240315T", "  x  y -3.0020000101y",
                                        "         ***00000000?", "          .5         ",
                                        "*DEL    1.0020240101F", "        0.0020240229n"};
     writeBytes("KINDS.DBF", rawTable(0x03, 0x57, fields, records));
-    Recordset rs;
-    rs.open("KINDS", connection, CursorType::Keyset, LockType::ReadOnly);
-    ASSERT_EQ(rs.recordCount(), 5) << "the deleted record is hidden";
-    EXPECT_EQ(rs.value("T").toString(), "AB");
-    EXPECT_DOUBLE_EQ(rs.value("N").toDouble(), 12.5);
-    EXPECT_EQ(rs.value("D").toDate(), QDate(2024, 3, 15));
-    EXPECT_EQ(rs.value("L"), QVariant(true));
-    rs.moveNext();
-    EXPECT_EQ(rs.value(0).toString(), " x  y") << "leading blanks are kept";
-    EXPECT_DOUBLE_EQ(rs.value(1).toDouble(), -3);
-    EXPECT_EQ(rs.value(3), QVariant(true)) << "y reads as true";
-    rs.moveNext();
-    for (int i = 0; i < 4; ++i)
-        EXPECT_TRUE(rs.value(i).isNull()) << "blank, starred, 00000000 and ? are Null: " << i;
-    rs.moveNext();
-    EXPECT_DOUBLE_EQ(rs.value(1).toDouble(), 0.5);
-    EXPECT_TRUE(rs.value(2).isNull());
-    EXPECT_TRUE(rs.value(3).isNull());
-    rs.moveNext();
-    EXPECT_EQ(rs.value(3), QVariant(false)) << "n reads as false";
+    // Leading blanks are kept; blank, starred, 00000000 and ? are Null; the deleted record is
+    // hidden.
+    EXPECT_EQ(rows("KINDS"), QStringList({"AB|12.5|2024-03-15|true", " x  y|-3|2000-01-01|true",
+                                          "|||", "|0.5||", "|0|2024-02-29|false"}));
 }
 
 TEST_F(TableFileTest, WritesStoredFormsAndNullAsBlanks) {
     makeTable("W.DBF",
-              {textField("T", 4), numberField("N", 7, 2), dateField("D"), logicalField("L")},
+              {FieldDef::text("T", 4), FieldDef::number("N", 7, 2), FieldDef::date("D"),
+               FieldDef::logical("L")},
               {{"AB", 3.14159, QDate(2023, 12, 1), true}, {"", QVariant(), QVariant(), false}});
     const QByteArray b = bytes("W.DBF");
     const int header = 32 + 4 * 32 + 1;
-    EXPECT_EQ(b.mid(header, 21), QByteArray(" AB     3.1420231201T"));
-    EXPECT_EQ(b.mid(header + 21, 21), QByteArray(20, ' ') + "F");
-    EXPECT_EQ(b.at(header + 42), '\x1A');
+    EXPECT_EQ(b.mid(header), " AB     3.1420231201T" + QByteArray(20, ' ') + "F\x1A");
     EXPECT_EQ(quint8(b[4]), 2) << "record count";
-    const QDate today = QDate::currentDate();
-    EXPECT_EQ(quint8(b[1]) + 1900, today.year());
-    EXPECT_EQ(quint8(b[2]), today.month());
-    EXPECT_EQ(quint8(b[3]), today.day());
+    EXPECT_EQ(QDate(quint8(b[1]) + 1900, b[2], b[3]), QDate::currentDate()) << "last update";
 
-    Recordset rs;
-    rs.open("w", connection, CursorType::Keyset, LockType::Optimistic);
+    open("w");
     rs.moveLast();
     EXPECT_TRUE(rs.value("T").isNull()) << "an empty text reads back as Null";
     rs.setValue("N", "12.5");
@@ -87,80 +66,71 @@ TEST_F(TableFileTest, WritesStoredFormsAndNullAsBlanks) {
     EXPECT_DB_ERROR(rs.setValue("N", 123456.0), DbErrors::TypeMismatch);
 }
 
-TEST_F(TableFileTest, DecodesAndEncodesWithTheLanguageDriverCodePage) {
-    const QList<FieldDef> fields = {textField("T", 4)};
-    writeBytes("OEM.DBF", rawTable(0x03, 0x02, fields, {QByteArray(" \x82t\x82 ", 5)}));
-    writeBytes("ANSI.DBF", rawTable(0x03, 0x00, fields, {QByteArray(" \x80\xE9  ", 5)}));
-    writeBytes("US.DBF", rawTable(0x03, 0x1B, fields, {QByteArray(" \xE9   ", 5)}));
-    Recordset rs;
-    rs.open("OEM", connection, CursorType::Keyset, LockType::Optimistic);
-    EXPECT_EQ(rs.value(0).toString(), QString::fromUtf8("été")) << "code page 850";
+TEST_F(TableFileTest, ReadsTheKindsOfTableAndCodePagesTheDealersTablesComeIn) {
+    const QList<FieldDef> fields = {FieldDef::text("T", 4)};
+    const struct {
+        const char* table;
+        quint8 version, driver;
+        const char *record, *text;
+        QByteArray afterTerminator;
+    } kinds[] = {
+        {"OEM", 0x03, 0x02, " \x82t\x82 ", "été", {}},            // code page 850
+        {"ANSI", 0x03, 0x00, " \x80\xE9  ", "€é", {}},            // 0 means Windows-1252
+        {"US", 0x03, 0x1B, " \xE9   ", "Θ", {}},                  // code page 437
+        {"PAD", 0x03, 0x57, " abc ", "abc", QByteArray(1, '\0')}, // counted in the header length
+        {"IV", 0x8B, 0x57, " abc ", "abc", {}},                   // dBASE IV with memo
+    };
+    for (const auto& kind : kinds) {
+        writeBytes(
+            QString::fromLatin1(kind.table) + ".DBF",
+            rawTable(kind.version, kind.driver, fields, {kind.record}, kind.afterTerminator));
+        EXPECT_EQ(rows(kind.table), QStringList{QString::fromUtf8(kind.text)}) << kind.table;
+    }
+    for (const quint8 version : {0x30, 0x04}) { // FoxPro, dBASE 7
+        writeBytes("OTHER.DBF", rawTable(version, 0x57, fields, {" abc "}));
+        EXPECT_DB_ERROR(rs.open("OTHER", connection), DbErrors::UnsupportedFormat);
+    }
+    // A change is written in the table's own code page.
+    open("OEM");
     rs.setValue(0, QString::fromUtf8("Ça"));
     rs.update();
-    EXPECT_EQ(bytes("OEM.DBF").mid(32 + 32 + 1 + 1, 2), QByteArray("\x80"
-                                                                   "a"));
-    rs.close();
-    rs.open("ANSI", connection);
-    EXPECT_EQ(rs.value(0).toString(), QString::fromUtf8("€é")) << "0 means Windows-1252";
-    rs.close();
-    rs.open("US", connection);
-    EXPECT_EQ(rs.value(0).toString(), QString::fromUtf8("Θ")) << "code page 437";
+    EXPECT_EQ(bytes("OEM.DBF").mid(32 + 32 + 1 + 1, 2), QByteArray("\x80") + 'a');
 }
 
-TEST_F(TableFileTest, HeaderLengthIsAuthoritativeAndKindsAreChecked) {
-    const QList<FieldDef> fields = {textField("T", 3)};
-    // A NUL after the terminator, counted in the header length; dBASE IV with memo; FoxPro;
-    // dBASE 7.
-    writeBytes("PAD.DBF", rawTable(0x03, 0x57, fields, {" abc"}, QByteArray(1, '\0')));
-    writeBytes("IV.DBF", rawTable(0x8B, 0x57, fields, {" abc"}));
-    writeBytes("FOX.DBF", rawTable(0x30, 0x57, fields, {" abc"}));
-    writeBytes("SEVEN.DBF", rawTable(0x04, 0x57, fields, {" abc"}));
-    Recordset rs;
-    for (const char* table : {"PAD", "IV"}) {
-        rs.open(table, connection);
-        EXPECT_EQ(rs.value(0).toString(), "abc") << table;
-        rs.close();
-    }
-    EXPECT_DB_ERROR(rs.open("FOX", connection), DbErrors::UnsupportedFormat);
-    EXPECT_DB_ERROR(rs.open("SEVEN", connection), DbErrors::UnsupportedFormat);
-    EXPECT_FALSE(rs.isOpen());
-}
-
-TEST_F(TableFileTest, MemoFieldsReadAsNullAndStayUntouched) {
-    const QList<FieldDef> fields = {textField("T", 2), {"NOTE", 'M', 10, 0}};
-    writeBytes("MEMO.DBF", rawTable(0x8B, 0x57, fields, {" ab0000000042"}));
-    Recordset rs;
-    rs.open("MEMO", connection, CursorType::Keyset, LockType::Optimistic);
+TEST_F(TableFileTest, MemoFieldsStayUntouchedAndACopyTakesTheMemoFileAlong) {
+    const QList<FieldDef> fields = {FieldDef::text("T", 2), {"NOTE", 'M', 10, 0}};
+    writeBytes("MEMO.DBF", rawTable(0x83, 0x57, fields, {" ab0000000042"}));
+    writeBytes("MEMO.DBT", QByteArray(1024, 'm'));
+    open("MEMO");
     EXPECT_TRUE(rs.value("NOTE").isNull());
     rs.setValue("T", "cd");
     rs.update();
     rs.close();
+    connection.execute("SELECT * INTO NOTECOPY FROM MEMO");
+    EXPECT_EQ(bytes("NOTECOPY.DBT"), bytes("MEMO.DBT"));
+    EXPECT_EQ(bytes("NOTECOPY.DBF").mid(32 + 2 * 32 + 1), QByteArray(" cd0000000042\x1A"));
     connection.execute("ALTER TABLE MEMO ADD COLUMN X TEXT(2)");
-    const QByteArray b = bytes("MEMO.DBF");
-    EXPECT_EQ(quint8(b[0]), 0x8B);
-    EXPECT_EQ(b.mid(32 + 3 * 32 + 1, 15), QByteArray(" cd0000000042  "));
+    EXPECT_EQ(bytes("MEMO.DBF").mid(32 + 3 * 32 + 1, 15), QByteArray(" cd0000000042  "));
+    for (const char* table : {"MEMO.DBF", "NOTECOPY.DBF"})
+        EXPECT_EQ(quint8(bytes(table)[0]), 0x83) << table;
 }
 
 TEST_F(TableFileTest, DamagedFilesGiveAClearErrorAndAreNeverWritten) {
-    const QList<FieldDef> fields = {textField("T", 3)};
+    const QList<FieldDef> fields = {FieldDef::text("T", 3)};
     const QByteArray good = rawTable(0x03, 0x57, fields, {" abc", " def"});
-    QByteArray wrongLength = good;
-    wrongLength[10] = 9;
-    QByteArray unknownType = good;
-    unknownType[32 + 11] = 'Q';
-    QByteArray noTerminator = good;
-    noTerminator[64] = 'X';
-    QByteArray tooMany = good;
-    tooMany[4] = 40;
+    const auto patched = [&good](int at, char byte) {
+        QByteArray bytes = good;
+        bytes[at] = byte;
+        return bytes;
+    };
     const QList<QPair<QByteArray, QString>> cases = {
-        {good.left(20), "too short"},     {good.left(good.size() - 5), "counts 2 records"},
-        {wrongLength, "record length 9"}, {unknownType, "unknown type 'Q'"},
-        {noTerminator, "no terminator"},  {tooMany, "counts 40 records"}};
+        {good.left(20), "too short"},        {good.left(good.size() - 5), "counts 2 records"},
+        {patched(10, 9), "record length 9"}, {patched(32 + 11, 'Q'), "unknown type 'Q'"},
+        {patched(64, 'X'), "no terminator"}, {patched(4, 40), "counts 40 records"}};
     for (const auto& [data, reason] : cases) {
         writeBytes("BAD.DBF", data);
         try {
-            Recordset rs;
-            rs.open("SELECT * FROM BAD", connection, CursorType::Keyset, LockType::Optimistic);
+            open("SELECT * FROM BAD");
             ADD_FAILURE() << "opened: " << reason.toStdString();
         } catch (const DbError& e) {
             EXPECT_EQ(e.number(), DbErrors::Damaged);
