@@ -19,10 +19,9 @@ public:
     ScriptedPrompter& expectMessage(const QString& text, Answer answer = Answer::Ok);
     ScriptedPrompter& expectMessage(const QString& text, Buttons buttons, Icon icon,
                                     const QString& title, Answer answer);
-    ScriptedPrompter& expectInput(const QString& prompt, const QString& answer);
-    // The same, checking the answer the box proposes.
+    // An input box answered with `answer`; with `proposed`, also the answer the box proposes.
     ScriptedPrompter& expectInput(const QString& prompt, const QString& answer,
-                                  const QString& proposed);
+                                  const std::optional<QString>& proposed = std::nullopt);
     // A box whose text is not known in advance (a system error description, say).
     ScriptedPrompter& expectMessageMatching(const QString& pattern, Answer answer = Answer::Ok);
 
@@ -45,20 +44,25 @@ public:
     QuestionAnswer question(const Question& question) override;
 
 private:
-    struct Step {
-        bool input = false;
-        QString text;
-        bool checkStyle = false;
-        Buttons buttons = Buttons::Ok;
-        Icon icon = Icon::None;
+    enum class Kind { Message, Input, Question };
+    struct Style {
+        Buttons buttons;
+        Icon icon;
         QString title;
+    };
+    struct Step {
+        Kind kind;
+        QString text; // the prompt's text, or a pattern for it
         Answer answer = Answer::Ok;
-        QString typed;
+        std::optional<Style> style = std::nullopt; // checked when given
         bool pattern = false;
-        std::optional<QString> proposed = std::nullopt;
-        bool question = false;
+        QString typed = {};                             // an input box's answer
+        std::optional<QString> proposed = std::nullopt; // checked when given
         QuestionAnswer reply = {};
     };
+    ScriptedPrompter& add(Step step);
+    std::optional<Step> next(Kind kind, const QString& text);
+
     std::deque<Step> script_;
     QStringList shown_;
     QList<Question> questions_;
