@@ -1,7 +1,7 @@
 // Activation of the checked lists through the questions, and deactivation of lists and
 // catalogues.
 
-#include "commandfixture.h"
+#include "listfixture.h"
 
 #include "app/messages.h"
 #include "dbase/recordset.h"
@@ -61,7 +61,7 @@ TEST(Activation, EachCheckedListIsAskedForAndTheBatchIsWrittenOnYes) {
         .expectQuestion(codeQuestion(), "   ") // blank: asked again
         .expectQuestion(codeQuestion(), "cd12");
     expectSave(prompts, Answer::Yes);
-    MPActivate(Commands(f));
+    MPActivate(f.commands());
 
     const QList<Question>& asked = prompts.questions();
     ASSERT_EQ(asked.size(), 5);
@@ -104,7 +104,7 @@ TEST(Activation, AbandonStopsTheRunAndTheListsBeforeItAreStillOffered) {
             .expectQuestion(matrixQuestion(), "")
             .expectQuestion(supplierQuestion(), abandon());
         expectSave(prompts, answer);
-        MPActivate(Commands(f));
+        MPActivate(f.commands());
         const bool saved = answer == Answer::Yes;
         EXPECT_EQ(f.storedField("AAA", "UTILISER").toBool(), saved);
         EXPECT_EQ(stored(f, "AAA", "CODEGRO"), saved ? "A1" : "");
@@ -132,7 +132,7 @@ TEST(Activation, DefaultCodesAndListsThatNeedNoCode) {
         .expectMessage(LoadText(42), Buttons::Ok, Icon::Warning, {}, Answer::Ok)
         .expectQuestion(codeQuestion(), "zz", true);
     expectSave(prompts, Answer::Yes);
-    MPActivate(Commands(f));
+    MPActivate(f.commands());
 
     ASSERT_EQ(prompts.questions().size(), 5);
     EXPECT_TRUE(prompts.questions()[3].option) << "the switch shown as ticked";
@@ -154,12 +154,12 @@ TEST(Activation, NothingCheckedIsToldOnlyActivatedListsChangeNothing) {
     {
         ScriptedPrompter prompts;
         prompts.expectMessage(LoadText(141), Buttons::Ok, Icon::Warning, {}, Answer::Ok);
-        MPActivate(Commands(f));
+        MPActivate(f.commands());
     }
     check(f, {1});
     {
         ScriptedPrompter prompts; // nothing asked
-        MPActivate(Commands(f));
+        MPActivate(f.commands());
     }
     EXPECT_FALSE(f.storedField("AAA", "UTILISER").toBool());
 }
@@ -174,19 +174,19 @@ TEST(Deactivation, TheLastListOfACodeTakesItOutOfItsCatalogues) {
                   {c1, c2});
     f.ui->refresh();
     f.state.LastTreeFocus = "tvwList";
-    const QStringList before = StoredCategories(f, "C1");
+    const QStringList before = f.storedCategories("C1");
 
     check(f, {0});
-    MPDesactivate(Commands(f));
+    MPDesactivate(f.commands());
     EXPECT_FALSE(f.storedField("AAA", "UTILISER").toBool());
     EXPECT_EQ(stored(f, "AAA", "CATNO"), "");
-    EXPECT_EQ(StoredCategories(f, "C1"), before) << "BBB still carries AB";
-    EXPECT_EQ(StoredCatalogueField(f, "C2", "GRL3").toString(), "AB");
+    EXPECT_EQ(f.storedCategories("C1"), before) << "BBB still carries AB";
+    EXPECT_EQ(f.storedField("C2", "GRL3", "CATALIST").toString(), "AB");
 
     check(f, {1});
-    MPDesactivate(Commands(f));
-    EXPECT_EQ(StoredCategories(f, "C1"), QStringList({"", "CD", "", "", "", "", "", "", ""}));
-    EXPECT_EQ(StoredCatalogueField(f, "C2", "GRL3").toString(), "AB")
+    MPDesactivate(f.commands());
+    EXPECT_EQ(f.storedCategories("C1"), QStringList({"", "CD", "", "", "", "", "", "", ""}));
+    EXPECT_EQ(f.storedField("C2", "GRL3", "CATALIST").toString(), "AB")
         << "only the catalogues of the list's own CATNO";
     EXPECT_EQ(f.list(3).nodeCount(), 2) << "both shown as not activated";
 }
@@ -200,16 +200,16 @@ TEST(Deactivation, ACatalogueGoesOnlyOnceNoListIsUnderIt) {
         tree.selectNode(tree.node(key)); // the nodes are made again by each refresh
         ScriptedPrompter prompts;
         prompts.expectMessage(LoadText(139), Buttons::Ok, Icon::Critical, {}, Answer::Ok);
-        MPDesactivate(Commands(f));
+        MPDesactivate(f.commands());
     }
-    EXPECT_TRUE(StoredCatalogueField(f, "C1", "UTILISER").toBool());
+    EXPECT_TRUE(f.storedField("C1", "UTILISER", "CATALIST").toBool());
 
     for (const Answer answer : {Answer::No, Answer::Yes}) {
         f.cat(0).selectNode(f.cat(0).node(CatalogueKey("C2")));
         ScriptedPrompter prompts;
         prompts.expectMessage(LoadText(129), Buttons::YesNo, Icon::Warning, {}, answer);
-        MPDesactivate(Commands(f));
-        EXPECT_EQ(StoredCatalogueField(f, "C2", "UTILISER").toBool(), answer == Answer::No);
+        MPDesactivate(f.commands());
+        EXPECT_EQ(f.storedField("C2", "UTILISER", "CATALIST").toBool(), answer == Answer::No);
     }
     EXPECT_NE(f.cat(1).node(CatalogueKey("C2")), nullptr) << "shown as not activated";
 }

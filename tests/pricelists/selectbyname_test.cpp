@@ -1,6 +1,6 @@
 // Selection of lists by name: the word typed checks the lists of the tree shown.
 
-#include "commandfixture.h"
+#include "listfixture.h"
 
 #include "app/messages.h"
 #include "pricelists/keyedtree.h"
@@ -35,7 +35,7 @@ QStringList marks(const ListFixture& f) {
 TEST(SelectByName, WordsAddUpStarChecksTheTabShownAndNothingClearsIt) {
     ListFixture f(lists(), {});
     f.ui->refresh();
-    const ListCommandContext c = Commands(f);
+    const ListCommandContext c = f.commands();
     {
         ScriptedPrompter prompts;
         prompts.expectInput(prompt(), "wire").expectInput(prompt(), "filt");
