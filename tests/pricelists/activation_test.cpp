@@ -24,10 +24,6 @@ QString codeQuestion(bool required = true) {
     return "\n" + LoadText(134) + (required ? "\n\n" + LoadText(143) : QString());
 }
 
-QuestionAnswer abandon() {
-    return {};
-}
-
 void expectSave(ScriptedPrompter& prompts, Answer answer) {
     prompts.expectMessage(LoadText(61), Buttons::YesNo, Icon::Warning, {}, answer);
 }
@@ -43,6 +39,15 @@ QString stored(ListFixture& f, const QString& fichier, const QString& field) {
     return f.storedField(fichier, field).toString();
 }
 
+// What the activation writes of a list, as stored.
+QStringList written(ListFixture& f, const QString& fichier) {
+    QStringList values;
+    for (const char* field : {"UTILISER", "CODEGRO", "FICFAMILLE", "LFAMILLE", "FOURNIS",
+                              "DEPARTEM", "CH_DESC1", "CH_DESC2", "CH_COUT"})
+        values << stored(f, fichier, field);
+    return values;
+}
+
 } // namespace
 
 TEST(Activation, EachCheckedListIsAskedForAndTheBatchIsWrittenOnYes) {
@@ -53,7 +58,14 @@ TEST(Activation, EachCheckedListIsAskedForAndTheBatchIsWrittenOnYes) {
          {.desc = "D FOUR", .fichier = "DDD", .utiliser = false}},
         {});
     f.ui->refresh();
-    check(f, {0, 1, 2});
+    {
+        ScriptedPrompter prompts; // nothing checked; then an activated list alone: nothing asked
+        prompts.expectMessage(LoadText(141), Buttons::Ok, Icon::Warning, {}, Answer::Ok);
+        MPActivate(f.commands());
+        check(f, {2});
+        MPActivate(f.commands());
+    }
+    check(f, {0, 1});
     ScriptedPrompter prompts;
     prompts.expectQuestion(matrixQuestion(), "abcdefghij", true)
         .expectQuestion(supplierQuestion(), "a supplier name longer than twenty-five", true)
@@ -71,16 +83,12 @@ TEST(Activation, EachCheckedListIsAskedForAndTheBatchIsWrittenOnYes) {
     EXPECT_EQ(asked[2].departement, "F") << "no department yet";
     EXPECT_EQ(asked[3].departement, "05");
 
-    EXPECT_EQ(stored(f, "AAA", "CODEGRO"), "AB");
-    EXPECT_EQ(stored(f, "AAA", "FICFAMILLE"), "ABCDEFGH");
-    EXPECT_TRUE(f.storedField("AAA", "LFAMILLE").toBool());
-    EXPECT_EQ(stored(f, "AAA", "FOURNIS"), "A SUPPLIER NAME LONGER TH") << "25 characters";
-    EXPECT_EQ(stored(f, "AAA", "DEPARTEM"), "F");
-    for (const char* option : {"UTILISER", "CH_DESC1", "CH_DESC2", "CH_COUT"})
-        EXPECT_TRUE(f.storedField("AAA", option).toBool()) << option;
-    EXPECT_EQ(stored(f, "BBB", "CODEGRO"), "CD12");
-    EXPECT_EQ(stored(f, "BBB", "FICFAMILLE"), "ABCDEFGH") << "applied to all lists";
-    EXPECT_EQ(stored(f, "BBB", "DEPARTEM"), "05");
+    // The matrix and the supplier are cut to their fields' widths and apply to all lists.
+    const QString supplier = "A SUPPLIER NAME LONGER TH";
+    EXPECT_EQ(written(f, "AAA"), QStringList({"true", "AB", "ABCDEFGH", "true", supplier, "F",
+                                              "true", "true", "true"}));
+    EXPECT_EQ(written(f, "BBB"), QStringList({"true", "CD12", "ABCDEFGH", "true", supplier, "05",
+                                              "true", "true", "true"}));
     EXPECT_EQ(stored(f, "CCC", "CODEGRO"), "ZZ") << "already activated: not asked";
     EXPECT_FALSE(f.storedField("DDD", "UTILISER").toBool());
 
@@ -102,7 +110,7 @@ TEST(Activation, AbandonStopsTheRunAndTheListsBeforeItAreStillOffered) {
             .expectQuestion(supplierQuestion(), "acme")
             .expectQuestion(codeQuestion(), "A1")
             .expectQuestion(matrixQuestion(), "")
-            .expectQuestion(supplierQuestion(), abandon());
+            .expectQuestion(supplierQuestion(), QuestionAnswer{}); // Abandon
         expectSave(prompts, answer);
         MPActivate(f.commands());
         const bool saved = answer == Answer::Yes;
@@ -146,32 +154,11 @@ TEST(Activation, DefaultCodesAndListsThatNeedNoCode) {
     EXPECT_FALSE(f.storedField("EEE", "UTILISER").toBool()) << "not checked";
 }
 
-TEST(Activation, NothingCheckedIsToldOnlyActivatedListsChangeNothing) {
-    ListFixture f({{.desc = "A", .fichier = "AAA", .utiliser = false},
-                   {.desc = "B", .fichier = "BBB", .dateEff = Past, .dateStk = Past}},
-                  {});
-    f.ui->refresh();
-    {
-        ScriptedPrompter prompts;
-        prompts.expectMessage(LoadText(141), Buttons::Ok, Icon::Warning, {}, Answer::Ok);
-        MPActivate(f.commands());
-    }
-    check(f, {1});
-    {
-        ScriptedPrompter prompts; // nothing asked
-        MPActivate(f.commands());
-    }
-    EXPECT_FALSE(f.storedField("AAA", "UTILISER").toBool());
-}
-
 TEST(Deactivation, TheLastListOfACodeTakesItOutOfItsCatalogues) {
-    CatalogueRow c1{"C1", "Cat one"};
-    c1.grl = {"AB", "CD"};
-    CatalogueRow c2{"C2", "Cat two"};
-    c2.grl = {"", "", "AB"};
     ListFixture f({ActivatedList("A", "AAA", "AB", "C1;C2;"),
                    ActivatedList("B", "BBB", "AB", "C1;"), ActivatedList("C", "CCC", "CD", "C1;")},
-                  {c1, c2});
+                  {{.fichier = "C1", .desc = "Cat one", .grl = {"AB", "CD"}},
+                   {.fichier = "C2", .desc = "Cat two", .grl = {"", "", "AB"}}});
     f.ui->refresh();
     f.state.LastTreeFocus = "tvwList";
     const QStringList before = f.storedCategories("C1");
