@@ -1,5 +1,4 @@
 #include "pricelists/configrules.h"
-#include "pricelists/listmarks.h"
 #include "pricelists/treerules.h"
 
 #include <gtest/gtest.h>
@@ -63,14 +62,6 @@ TEST(TreeRules, BranchOfEachDateCase) {
     EXPECT_FALSE(off.activated || off.toUpdate || off.upcoming);
 }
 
-TEST(TreeRules, CatalogueToUpdateComparesDatesOnlyWhenDateEffIsSet) {
-    const QDate d(2026, 1, 5);
-    const std::optional<QDate> none;
-    EXPECT_TRUE(CatalogueToUpdate(true, d.addDays(-1), d) && CatalogueToUpdate(true, none, d));
-    EXPECT_FALSE(CatalogueToUpdate(true, d, d) || CatalogueToUpdate(true, d, none));
-    EXPECT_FALSE(CatalogueToUpdate(true, none, none) || CatalogueToUpdate(false, none, d));
-}
-
 TEST(TreeRules, CatnoIsReadCodeByCodeUpToEachSemicolon) {
     EXPECT_EQ(CatnoCodes("ABC;XYZ;"), (QStringList{"ABC", "XYZ"}));
     EXPECT_EQ(CatnoCodes("ABC;XYZ"), (QStringList{"ABC"}));
@@ -89,19 +80,4 @@ TEST(ConfigKeys, EachFieldTakesWhatItsRuleAllows) {
     EXPECT_EQ(typed(22, "7x\b8"), "8");
     EXPECT_EQ(typed(PrixField::CodeNvc, "1a2,5%"), "125");
     EXPECT_EQ(typed(PrixField::Pct1, QString::fromUtf8("٣")), ""); // digits of other scripts
-}
-
-TEST(ListMarks, RedimKeepsRowsByPosition) {
-    ListMarkTable marks;
-    marks.redim(3);
-    marks(0, 1) = "AAA";
-    marks(1, 3) = "1";
-    marks.redim(5);
-    EXPECT_EQ(marks.upperBound(), 5);
-    EXPECT_EQ(marks(1, 3), "1");
-    EXPECT_TRUE(marks(0, 5).isEmpty());
-    marks.redim(1);
-    EXPECT_EQ(marks(0, 1), "AAA");
-    marks.clearSelection();
-    EXPECT_EQ(marks.selectedCount(), 0);
 }

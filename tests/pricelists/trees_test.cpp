@@ -74,15 +74,17 @@ TEST(Trees, CatalogueTreesHoldTheAssociatedActivatedLists) {
         {"C ONE CATALOGUE", "CCC", true, Past, {}, "", false, 1.0, "", "ABC;"},
         {"D NOT ACTIVATED", "DDD", false, Past, Past, "", false, 1.0, "", "XY;"},
     };
+    const QDate older = Past.addDays(-1);
     QList<CatalogueRow> cats = {{"ABC", "Alpha"},
                                 {"XY", "Xray"},
-                                {"Q", "Quebec"},
-                                {"Z", "Zulu", false},
-                                {"UPD", "Update me", true, Past, Past.addDays(-1)}};
+                                {"Q", "Quebec", true, {}, Past},
+                                {"Z", "Zulu", false, Past, older},
+                                {"UPD", "Update me", true, Past, older},
+                                {"NEW", "New", true, Past}};
     ListFixture f(lists, cats);
     f.ui->refresh();
 
-    EXPECT_EQ(Keys(f.cat(0)), (QStringList{"CABC", "C  Q", "CUPD", "C XY"}));
+    EXPECT_EQ(Keys(f.cat(0)), (QStringList{"CABC", "CNEW", "C  Q", "CUPD", "C XY"}));
     EXPECT_EQ(Keys(f.cat(1)), (QStringList{"C  Z"}));
     QTreeWidgetItem* abc = f.cat(0).node("CABC");
     ASSERT_EQ(abc->childCount(), 2);
@@ -98,9 +100,10 @@ TEST(Trees, CatalogueTreesHoldTheAssociatedActivatedLists) {
     EXPECT_EQ(KeyedTree::colorOf(f.cat(0).node("C  Q")), ColorUpToDate);
     EXPECT_TRUE(f.cat(0).node("C  Q")->icon(0).isNull());
 
-    // Catalist ticks the catalogues to update, and only those.
-    EXPECT_EQ(f.state.CheckedCatCount, 1);
+    // Catalist ticks the activated catalogues whose DATEEFF is set and differs, and only those.
+    EXPECT_EQ(f.state.CheckedCatCount, 2);
     EXPECT_TRUE(KeyedTree::isChecked(f.cat(0).node("CUPD")));
+    EXPECT_TRUE(KeyedTree::isChecked(f.cat(0).node("CNEW")));
     EXPECT_FALSE(KeyedTree::isChecked(abc));
 }
 
