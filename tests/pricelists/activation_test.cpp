@@ -24,10 +24,6 @@ QString codeQuestion(bool required = true) {
     return "\n" + LoadText(134) + (required ? "\n\n" + LoadText(143) : QString());
 }
 
-void expectSave(ScriptedPrompter& prompts, Answer answer) {
-    prompts.expectMessage(LoadText(61), Buttons::YesNo, Icon::Warning, {}, answer);
-}
-
 void check(ListFixture& f, std::initializer_list<int> rows) {
     for (int r : rows) {
         f.rsPrixList.move(r, MoveStart::First);
@@ -71,8 +67,8 @@ TEST(Activation, EachCheckedListIsAskedForAndTheBatchIsWrittenOnYes) {
         .expectQuestion(supplierQuestion(), "a supplier name longer than twenty-five", true)
         .expectQuestion(codeQuestion(), "ab")
         .expectQuestion(codeQuestion(), "   ") // blank: asked again
-        .expectQuestion(codeQuestion(), "cd12");
-    expectSave(prompts, Answer::Yes);
+        .expectQuestion(codeQuestion(), "cd12")
+        .expectMessage(LoadText(61), Buttons::YesNo, Icon::Warning, {}, Answer::Yes);
     MPActivate(f.commands());
 
     const QList<Question>& asked = prompts.questions();
@@ -110,8 +106,8 @@ TEST(Activation, AbandonStopsTheRunAndTheListsBeforeItAreStillOffered) {
             .expectQuestion(supplierQuestion(), "acme")
             .expectQuestion(codeQuestion(), "A1")
             .expectQuestion(matrixQuestion(), "")
-            .expectQuestion(supplierQuestion(), QuestionAnswer{}); // Abandon
-        expectSave(prompts, answer);
+            .expectQuestion(supplierQuestion(), QuestionAnswer{}) // Abandon
+            .expectMessage(LoadText(61), Buttons::YesNo, Icon::Warning, {}, answer);
         MPActivate(f.commands());
         const bool saved = answer == Answer::Yes;
         EXPECT_EQ(f.storedField("AAA", "UTILISER").toBool(), saved);
@@ -138,8 +134,8 @@ TEST(Activation, DefaultCodesAndListsThatNeedNoCode) {
         .expectQuestion(codeQuestion(), "xy", true)    // "use default codes" ticked from here on
         .expectQuestion(codeQuestion(), "abcde", true) // more than 4 characters: refused
         .expectMessage(LoadText(42), Buttons::Ok, Icon::Warning, {}, Answer::Ok)
-        .expectQuestion(codeQuestion(), "zz", true);
-    expectSave(prompts, Answer::Yes);
+        .expectQuestion(codeQuestion(), "zz", true)
+        .expectMessage(LoadText(61), Buttons::YesNo, Icon::Warning, {}, Answer::Yes);
     MPActivate(f.commands());
 
     ASSERT_EQ(prompts.questions().size(), 5);

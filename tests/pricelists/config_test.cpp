@@ -5,6 +5,7 @@
 #include "app/messages.h"
 #include "pricelists/configeditor.h"
 #include "pricelists/configpane.h"
+#include "pricelists/configrules.h"
 #include "pricelists/keyedtree.h"
 #include "pricelists/treeinteractions.h"
 #include "pricelists/treepanes.h"
@@ -43,10 +44,6 @@ void editGroupCode(ListFixture& f, const QString& text) {
     field->selectAll();
     field->del();
     QTest::keyClicks(field, text);
-}
-
-void expectSaveQuestion(ScriptedPrompter& prompts, Answer answer) {
-    prompts.expectMessage(LoadText(61), Buttons::YesNo, Icon::Warning, QString(), answer);
 }
 
 // Answers No to the save question, noting whether the tree was enabled and the window's cursor.
@@ -126,17 +123,28 @@ TEST(Config, EachBoxOfThePaneWritesItsFieldAndMarksTheRow) {
     EXPECT_EQ(f.state.ConfigDirty, Dirty::None);
 }
 
+// Text fields are upper-cased and limited by field; the others take digits and the point. The
+// focus selects the whole text, so typing replaces it even in a full field; Enter moves on.
 TEST(Config, TypedKeysFollowTheFieldRulesEnterMovesOnAndFocusSelectsAll) {
     ShownFixture f;
-    ConfigField* code = f.configPane->txtConfig[PrixField::CodeGro];
-    code->setFocus();
-    QTest::keyClicks(code, "ab12c"); // replaces the CH the focus selected
-    EXPECT_EQ(code->text(), "AB12");
-    QTest::keyClick(code, Qt::Key_Return);
-    EXPECT_NE(QApplication::focusWidget(), code);
-    code->setFocus(); // a full field: typing replaces it all the same
-    QTest::keyClicks(code, "q");
-    EXPECT_EQ(code->text(), "Q");
+    const std::tuple<int, QString, QString> typings[] = {
+        {PrixField::CodeGro, "ab12c\bz", "AB1Z"}, // replaces the CH the focus selected
+        {PrixField::CodeGro, "q", "Q"},
+        {PrixField::Fournis, QString(30, 'x'), QString(25, 'X')},
+        {PrixField::FirstSubGroup + 18, "abcdefghijk", "ABCDEFGHI"}, // SGR10
+        {PrixField::FicFamille, "matrice01", "MATRICE0"},
+        {PrixField::FirstSubGroup + 1, "7x\b8", "8"}, // SGR1PCT
+        {PrixField::CodeNvc, "1a2,5%", "125"},
+    };
+    for (const auto& [field, keys, expected] : typings) {
+        ConfigField* box = f.configPane->txtConfig[field];
+        box->setFocus();
+        QTest::keyClicks(box, keys);
+        EXPECT_EQ(box->text(), expected) << field;
+        QTest::keyClick(box, Qt::Key_Return);
+        EXPECT_NE(QApplication::focusWidget(), box) << field;
+    }
+    EXPECT_TRUE(ConfigKeyRule(PrixField::Pct1, 0, QChar(0x663)).typed.isNull()) << "Arabic 3";
     f.dropChanges();
 }
 
@@ -180,7 +188,7 @@ TEST(Config, ClickingAnotherListWithChangesPendingAsksFirst) {
     };
     {
         ScriptedPrompter prompts;
-        expectSaveQuestion(prompts, Answer::Yes);
+        prompts.expectMessage(LoadText(61), Buttons::YesNo, Icon::Warning, {}, Answer::Yes);
         QTest::mousePress(window, Qt::LeftButton, {}, other);
     }
     expectShown("after the press");
@@ -202,7 +210,7 @@ TEST(Config, ClickingAnotherListWithChangesPendingAsksFirst) {
     const QPoint third = tree.viewport()->mapTo(f.window.get(), OnText(tree, tree.node("L001")));
     {
         ScriptedPrompter prompts;
-        expectSaveQuestion(prompts, Answer::Yes);
+        prompts.expectMessage(LoadText(61), Buttons::YesNo, Icon::Warning, {}, Answer::Yes);
         QTest::mousePress(window, Qt::LeftButton, {}, third);
     }
     {
@@ -220,7 +228,7 @@ TEST(Config, AnEmptiedRequiredGroupCodeIsRefusedWithItsListAsTitle) {
     editGroupCode(f, "");
     {
         ScriptedPrompter prompts;
-        expectSaveQuestion(prompts, Answer::Yes);
+        prompts.expectMessage(LoadText(61), Buttons::YesNo, Icon::Warning, {}, Answer::Yes);
         prompts.expectMessage(LoadText(138), Buttons::Ok, Icon::None, "C BOUGIES", Answer::Ok);
         f.ui->saveIfDirty();
     }
@@ -233,7 +241,7 @@ TEST(Config, AnEmptiedRequiredGroupCodeIsRefusedWithItsListAsTitle) {
     editGroupCode(f, "");
     {
         ScriptedPrompter prompts;
-        expectSaveQuestion(prompts, Answer::Yes);
+        prompts.expectMessage(LoadText(61), Buttons::YesNo, Icon::Warning, {}, Answer::Yes);
         EXPECT_FALSE(f.ui->saveIfDirty());
     }
     EXPECT_TRUE(f.storedField("BBB", "CODEGRO").isNull());

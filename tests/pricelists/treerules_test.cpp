@@ -1,25 +1,8 @@
-#include "pricelists/configrules.h"
 #include "pricelists/treerules.h"
 
 #include <gtest/gtest.h>
 
-namespace {
-
 const QDate Today(2026, 3, 16);
-
-QString typed(int field, const QString& keys) {
-    QString text;
-    for (QChar key : keys) {
-        const ConfigKey answer = ConfigKeyRule(field, int(text.size()), key);
-        if (answer.typed.unicode() == KeyBackspace)
-            text.chop(1);
-        else if (!answer.typed.isNull())
-            text += answer.typed;
-    }
-    return text;
-}
-
-} // namespace
 
 TEST(TreeRules, NodeTextPadsDescAndGroupCodeIntoColumns) {
     EXPECT_EQ(ListNodeText("BOSCH FREINS", "BOS", "MATBOS"),
@@ -72,12 +55,3 @@ TEST(TreeRules, CatnoIsReadCodeByCodeUpToEachSemicolon) {
 }
 
 // Text fields are upper-cased and limited by field; the others take digits and the point.
-TEST(ConfigKeys, EachFieldTakesWhatItsRuleAllows) {
-    EXPECT_EQ(typed(PrixField::CodeGro, "ab12c\bz"), "AB1Z");
-    EXPECT_EQ(typed(PrixField::Fournis, QString(30, 'x')), QString(25, 'X'));
-    EXPECT_EQ(typed(39, "abcdefghijk"), "ABCDEFGHI");
-    EXPECT_EQ(typed(PrixField::FicFamille, "matrice01"), "MATRICE0");
-    EXPECT_EQ(typed(22, "7x\b8"), "8");
-    EXPECT_EQ(typed(PrixField::CodeNvc, "1a2,5%"), "125");
-    EXPECT_EQ(typed(PrixField::Pct1, QString::fromUtf8("٣")), ""); // digits of other scripts
-}
