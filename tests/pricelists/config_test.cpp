@@ -18,15 +18,13 @@
 
 namespace {
 
-QList<ListRow> lists() {
-    return {{"A FREINS", "AAA", true, Past, Past, "AB", false, 0.0},
-            {"B FILTRES", "BBB", true, Past, Past, "BOS", true, QVariant()},
-            {"C BOUGIES", "CCC", true, Past, Past, "CH", false, 2.0}};
-}
-
 // The fixture with the list of row 2 (C BOUGIES) shown in the pane.
 struct ShownFixture : ListFixture {
-    ShownFixture() : ListFixture(lists(), {{"ABC", "Alpha"}}) {
+    ShownFixture()
+        : ListFixture({{"A FREINS", "AAA", true, Past, Past, "AB", false, 0.0},
+                       {"B FILTRES", "BBB", true, Past, Past, "BOS", true, QVariant()},
+                       {"C BOUGIES", "CCC", true, Past, Past, "CH", false, 2.0}},
+                      {{"ABC", "Alpha"}}) {
         ui->refresh();
         show("L002");
     }

@@ -11,14 +11,6 @@
 
 namespace {
 
-QList<ListRow> lists() {
-    return {{"BRAKE WIRE", "AAA", true, Past, Past, "AB"}, // up to date
-            {"FILTERS", "BBB", true, Past, {}, "CD"},      // to update
-            {"WIRE HARNESS", "CCC", true, Past, {}, "EF"}, // to update
-            {"Wire harness", "DDD", true, Past, {}, "GH"}, // to update; last in DESC order
-            {"WIRE SPOOLS", "EEE", false, Past, Past}};    // not activated
-}
-
 QString prompt() {
     return LoadText(135) + "\n" + LoadText(136);
 }
@@ -33,7 +25,12 @@ QStringList marks(const ListFixture& f) {
 } // namespace
 
 TEST(SelectByName, WordsAddUpStarChecksTheTabShownAndNothingClearsIt) {
-    ListFixture f(lists(), {});
+    ListFixture f({{"BRAKE WIRE", "AAA", true, Past, Past, "AB"}, // up to date
+                   {"FILTERS", "BBB", true, Past, {}, "CD"},      // to update
+                   {"WIRE HARNESS", "CCC", true, Past, {}, "EF"}, // to update
+                   {"Wire harness", "DDD", true, Past, {}, "GH"}, // to update; last in DESC order
+                   {"WIRE SPOOLS", "EEE", false, Past, Past}},    // not activated
+                  {});
     f.ui->refresh();
     const ListCommandContext c = f.commands();
     {
