@@ -30,6 +30,9 @@ QList<ListRow> dateCases() {
         {"E TOMORROW", "EEE", true, Tomorrow, Past},
         {"F OFF", "FFF", false, Tomorrow, {}, "", false, 1.0, "", "ABC;"},
         {"G UP TO DATE", "GGG", true, Past, Past},
+        {"H DATES DIFFER", "HHH", true, Past.addDays(-3), Past}, // DATESTK the later
+        {"I TODAY DATES DIFFER", "III", true, FixtureToday, Past},
+        {"J TOMORROW STK NULL", "JJJ", true, Tomorrow},
     };
 }
 
@@ -44,16 +47,17 @@ TEST(Trees, EachListGoesToTheBranchesOfItsDates) {
     f.state.ListMarks.redim(7);
     f.state.ListMarks(1, 5) = "1"; // left by a list that was there before
     f.ui->refresh();
-    EXPECT_EQ(Keys(f.list(0)), (QStringList{"L000", "L001", "L002", "L003", "L004", "L006"}));
-    EXPECT_EQ(Keys(f.list(1)), (QStringList{"L000", "L001"}));
-    EXPECT_EQ(Keys(f.list(2)), (QStringList{"L004"}));
+    EXPECT_EQ(Keys(f.list(0)), (QStringList{"L000", "L001", "L002", "L003", "L004", "L006", "L007",
+                                            "L008", "L009"}));
+    EXPECT_EQ(Keys(f.list(1)), (QStringList{"L000", "L001", "L007", "L008"}));
+    EXPECT_EQ(Keys(f.list(2)), (QStringList{"L004", "L009"}));
     EXPECT_EQ(Keys(f.list(3)), (QStringList{"L005"}));
     EXPECT_EQ(f.list(0).node("L000")->foreground(0).color(), ToQColor(ColorToUpdate));
     EXPECT_EQ(f.list(0).node("L001")->text(0), ListNodeText("B STK NULL", "BOS", "MATB"));
 
-    EXPECT_EQ(f.state.ListMarks.upperBound(), 7);
-    for (int row = 0; row < 7; ++row)
-        EXPECT_EQ(f.state.ListMarks(1, row), row <= 1 ? "1" : "") << row;
+    EXPECT_EQ(f.state.ListMarks.upperBound(), 10);
+    for (int row = 0; row < 10; ++row)
+        EXPECT_EQ(f.state.ListMarks(1, row), f.list(1).node(ListKey(row)) ? "1" : "") << row;
     // The pane is tied to the row again once the rows are walked.
     EXPECT_TRUE(f.binding.isBound());
 
