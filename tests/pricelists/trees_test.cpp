@@ -27,7 +27,7 @@ QList<ListRow> dateCases() {
         {"B STK NULL", "BBB", true, Past, {}, "BOS", false, 1.0, "MATB"},
         {"C EFF NULL", "CCC", true, {}, Past},
         {"D TODAY", "DDD", true, FixtureToday, FixtureToday},
-        {"E TOMORROW", "EEE", true, Tomorrow, Past},
+        {"E TOMORROW, A DESC OF FORTY CHARACTERS.", "EEE", true, Tomorrow, Past, "EE"},
         {"F OFF", "FFF", false, Tomorrow, {}, "", false, 1.0, "", "ABC;"},
         {"G UP TO DATE", "GGG", true, Past, Past},
         {"H DATES DIFFER", "HHH", true, Past.addDays(-3), Past}, // DATESTK the later
@@ -53,7 +53,11 @@ TEST(Trees, EachListGoesToTheBranchesOfItsDates) {
     EXPECT_EQ(Keys(f.list(2)), (QStringList{"L004", "L009"}));
     EXPECT_EQ(Keys(f.list(3)), (QStringList{"L005"}));
     EXPECT_EQ(f.list(0).node("L000")->foreground(0).color(), ToQColor(ColorToUpdate));
-    EXPECT_EQ(f.list(0).node("L001")->text(0), ListNodeText("B STK NULL", "BOS", "MATB"));
+    // Desc and group code padded into columns, the matrix after them; a long desc shown whole.
+    const auto text = [&](const char* key) { return f.list(0).node(key)->text(0); };
+    EXPECT_EQ(text("L001"), QString("B STK NULL").leftJustified(34) + "BOS  MATB");
+    EXPECT_EQ(text("L002"), QString("C EFF NULL").leftJustified(39));
+    EXPECT_EQ(text("L004"), "E TOMORROW, A DESC OF FORTY CHARACTERS.EE   ");
 
     EXPECT_EQ(f.state.ListMarks.upperBound(), 10);
     for (int row = 0; row < 10; ++row)
