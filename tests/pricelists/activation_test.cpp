@@ -54,15 +54,12 @@ TEST(Activation, EachCheckedListIsAskedForAndTheBatchIsWrittenOnYes) {
          {.desc = "D FOUR", .fichier = "DDD", .utiliser = false}},
         {});
     f.ui->refresh();
-    {
-        ScriptedPrompter prompts; // nothing checked; then an activated list alone: nothing asked
-        prompts.expectMessage(LoadText(141), Buttons::Ok, Icon::Warning, {}, Answer::Ok);
-        MPActivate(f.commands());
-        check(f, {2});
-        MPActivate(f.commands());
-    }
+    ScriptedPrompter prompts; // nothing checked; then an activated list alone: nothing asked
+    prompts.expectMessage(LoadText(141), Buttons::Ok, Icon::Warning, {}, Answer::Ok);
+    MPActivate(f.commands());
+    check(f, {2});
+    MPActivate(f.commands());
     check(f, {0, 1});
-    ScriptedPrompter prompts;
     prompts.expectQuestion(matrixQuestion(), "abcdefghij", true)
         .expectQuestion(supplierQuestion(), "a supplier name longer than twenty-five", true)
         .expectQuestion(codeQuestion(), "ab")

@@ -110,19 +110,14 @@ TEST(CatalogueDialog, AListWithoutCodeAsksForOneOfAtMostFourCharacters) {
                   {catalogue("C1", {"G1"}, {"AB"})});
     show(f, 0);
     auto dialog = openDialog(f, "C1");
-    {
-        ScriptedPrompter prompts;
-        prompts.expectInput(CodePrompt, "abcde")
-            .expectMessage(LoadText(42), Buttons::Ok, Icon::Warning, {}, Answer::Ok);
-        choose(*dialog, 0);
-    }
+    ScriptedPrompter prompts;
+    prompts.expectInput(CodePrompt, "abcde")
+        .expectMessage(LoadText(42), Buttons::Ok, Icon::Warning, {}, Answer::Ok);
+    choose(*dialog, 0);
     EXPECT_NE(dialog->result(), QDialog::Accepted) << "still open";
     EXPECT_EQ(catno(f, "BBB"), "") << "nothing written";
-    {
-        ScriptedPrompter prompts;
-        prompts.expectInput(CodePrompt, ""); // nothing typed: the category's own code
-        choose(*dialog, 0);
-    }
+    prompts.expectInput(CodePrompt, ""); // nothing typed: the category's own code
+    choose(*dialog, 0);
     EXPECT_EQ(dialog->result(), QDialog::Accepted);
     EXPECT_EQ(catno(f, "BBB"), "C1;");
     EXPECT_EQ(catno(f, "AAA"), "") << "the lists of AB, not the list without a code";

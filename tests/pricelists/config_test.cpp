@@ -184,11 +184,9 @@ TEST(Config, ClickingAnotherListWithChangesPendingAsksFirst) {
         EXPECT_EQ(f.configPane->lblConfig[PrixField::Desc]->text(), "C BOUGIES") << when;
         EXPECT_EQ(f.groupCode, "XY") << when;
     };
-    {
-        ScriptedPrompter prompts;
-        prompts.expectMessage(LoadText(61), Buttons::YesNo, Icon::Warning, {}, Answer::Yes);
-        QTest::mousePress(window, Qt::LeftButton, {}, other);
-    }
+    ScriptedPrompter prompts;
+    prompts.expectMessage(LoadText(61), Buttons::YesNo, Icon::Warning, {}, Answer::Yes);
+    QTest::mousePress(window, Qt::LeftButton, {}, other);
     expectShown("after the press");
     QTest::mouseRelease(window, Qt::LeftButton, {}, other);
     expectShown("after the release");
@@ -206,11 +204,8 @@ TEST(Config, ClickingAnotherListWithChangesPendingAsksFirst) {
     // The release goes to the question box: the next click is a whole click.
     editGroupCode(f, "ac");
     const QPoint third = tree.viewport()->mapTo(f.window.get(), OnText(tree, tree.node("L001")));
-    {
-        ScriptedPrompter prompts;
-        prompts.expectMessage(LoadText(61), Buttons::YesNo, Icon::Warning, {}, Answer::Yes);
-        QTest::mousePress(window, Qt::LeftButton, {}, third);
-    }
+    prompts.expectMessage(LoadText(61), Buttons::YesNo, Icon::Warning, {}, Answer::Yes);
+    QTest::mousePress(window, Qt::LeftButton, {}, third);
     {
         ReleaseEater box;
         tree.viewport()->installEventFilter(&box);
@@ -224,12 +219,10 @@ TEST(Config, ClickingAnotherListWithChangesPendingAsksFirst) {
 TEST(Config, AnEmptiedRequiredGroupCodeIsRefusedWithItsListAsTitle) {
     ShownFixture f;
     editGroupCode(f, "");
-    {
-        ScriptedPrompter prompts;
-        prompts.expectMessage(LoadText(61), Buttons::YesNo, Icon::Warning, {}, Answer::Yes);
-        prompts.expectMessage(LoadText(138), Buttons::Ok, Icon::None, "C BOUGIES", Answer::Ok);
-        f.ui->saveIfDirty();
-    }
+    ScriptedPrompter prompts;
+    prompts.expectMessage(LoadText(61), Buttons::YesNo, Icon::Warning, {}, Answer::Yes);
+    prompts.expectMessage(LoadText(138), Buttons::Ok, Icon::None, "C BOUGIES", Answer::Ok);
+    f.ui->saveIfDirty();
     EXPECT_EQ(f.storedField("CCC", "CODEGRO").toString(), "CH");
     EXPECT_EQ(f.rsPrixList.value(PrixField::CodeGro).toString(), "CH");
     EXPECT_EQ(f.state.ConfigDirty, Dirty::None);
@@ -237,11 +230,8 @@ TEST(Config, AnEmptiedRequiredGroupCodeIsRefusedWithItsListAsTitle) {
     // A list that needs no group code is saved without one.
     f.show("L001");
     editGroupCode(f, "");
-    {
-        ScriptedPrompter prompts;
-        prompts.expectMessage(LoadText(61), Buttons::YesNo, Icon::Warning, {}, Answer::Yes);
-        EXPECT_FALSE(f.ui->saveIfDirty());
-    }
+    prompts.expectMessage(LoadText(61), Buttons::YesNo, Icon::Warning, {}, Answer::Yes);
+    EXPECT_FALSE(f.ui->saveIfDirty());
     EXPECT_TRUE(f.storedField("BBB", "CODEGRO").isNull());
 }
 
@@ -252,16 +242,14 @@ TEST(Config, AValueTheFieldCannotHoldKeepsTheFieldAndIsNotWritten) {
     QWindow* window = f.window->windowHandle();
     ConfigField* date = f.configPane->txtConfig[PrixField::DateEff];
     const QVariant storedDate = f.rsPrixList.value(PrixField::DateEff);
+    ScriptedPrompter prompts;
     for (const auto& [text, key] :
          {std::pair{"2026.13.01", Qt::Key_Tab}, std::pair{"2026.11.5", Qt::Key_Return}}) {
         date->setFocus();
         date->selectAll();
         QTest::keyClicks(date, text);
-        {
-            ScriptedPrompter prompts;
-            prompts.expectMessage(LoadText(146), Buttons::Ok, Icon::Warning, QString(), Answer::Ok);
-            QTest::keyClick(window, key);
-        }
+        prompts.expectMessage(LoadText(146), Buttons::Ok, Icon::Warning, {}, Answer::Ok);
+        QTest::keyClick(window, key);
         EXPECT_EQ(QApplication::focusWidget(), date) << text;
         EXPECT_EQ(date->text(), text);
         EXPECT_EQ(f.rsPrixList.value(PrixField::DateEff), storedDate) << text;
@@ -283,11 +271,8 @@ TEST(Config, AValueTheFieldCannotHoldKeepsTheFieldAndIsNotWritten) {
     ASSERT_TRUE(QTest::qWaitForWindowActive(&elsewhere));
     KeyedTree& tree = f.list(0);
     const QPoint other = tree.viewport()->mapTo(f.window.get(), OnText(tree, tree.node("L000")));
-    {
-        ScriptedPrompter prompts;
-        prompts.expectMessage(LoadText(147), Buttons::Ok, Icon::Warning, QString(), Answer::Ok);
-        QTest::mouseClick(window, Qt::LeftButton, {}, other);
-    }
+    prompts.expectMessage(LoadText(147), Buttons::Ok, Icon::Warning, {}, Answer::Ok);
+    QTest::mouseClick(window, Qt::LeftButton, {}, other);
     EXPECT_EQ(f.window->focusWidget(), percent);
     EXPECT_EQ(percent->text(), "1000");
     EXPECT_EQ(KeyedTree::keyOf(tree.selectedNode()), "L002");

@@ -33,12 +33,10 @@ TEST(SelectByName, WordsAddUpStarChecksTheTabShownAndNothingClearsIt) {
                   {});
     f.ui->refresh();
     const ListCommandContext c = f.commands();
-    {
-        ScriptedPrompter prompts;
-        prompts.expectInput(prompt(), "wire").expectInput(prompt(), "filt");
-        SelectByName(c);
-        SelectByName(c);
-    }
+    ScriptedPrompter prompts;
+    prompts.expectInput(prompt(), "wire").expectInput(prompt(), "filt");
+    SelectByName(c);
+    SelectByName(c);
     EXPECT_EQ(marks(f), QStringList({"AAA", "BBB", "CCC", "", ""}))
         << "both words stay checked; Wire harness is not WIRE; the list not shown keeps its mark";
     EXPECT_TRUE(KeyedTree::isChecked(f.list(0).node("L000")));
@@ -46,20 +44,14 @@ TEST(SelectByName, WordsAddUpStarChecksTheTabShownAndNothingClearsIt) {
     // "*" on the tab of lists to update: only its lists.
     f.state.ListMarks.clearSelection();
     f.state.CurrentListTab = 1;
-    {
-        ScriptedPrompter prompts;
-        prompts.expectInput(prompt(), "*");
-        SelectByName(c);
-    }
+    prompts.expectInput(prompt(), "*");
+    SelectByName(c);
     EXPECT_EQ(marks(f), QStringList({"", "BBB", "CCC", "", "DDD"}));
 
     // A cancelled box answers nothing: the tab shown is cleared, the others keep their marks.
     f.state.ListMarks(0, 0) = "AAA";
-    {
-        ScriptedPrompter prompts;
-        prompts.expectInput(prompt(), "");
-        SelectByName(c);
-    }
+    prompts.expectInput(prompt(), "");
+    SelectByName(c);
     EXPECT_EQ(marks(f), QStringList({"AAA", "", "", "", ""}));
     EXPECT_FALSE(KeyedTree::isChecked(f.list(1).node("L001")));
 }
