@@ -153,11 +153,9 @@ TEST(CatalogueDialog, ARowHeldOrChangedElsewhereLeavesNothingHalfWritten) {
     ASSERT_EQ(
         DbasePeer(PeerProgram, {"set", f.dir.path(), "PRIXLIST", "1", "FOURNIS", "PEER"}).answer(),
         "saved");
-    {
-        ScriptedPrompter prompts;
-        prompts.expectMessageMatching("^errOKButton: ");
-        choose(*dialog, 0);
-    }
+    ScriptedPrompter prompts;
+    prompts.expectMessageMatching("^errOKButton: ");
+    choose(*dialog, 0);
     expectNothingWritten();
     EXPECT_EQ(f.storedField("BBB", "FOURNIS").toString(), "PEER");
 
@@ -174,13 +172,11 @@ TEST(AssociationCommand, DissociatingAListTakesItsCodeOutOfTheCatalogue) {
                    catalogue("K", {}, {})});
     f.ui->refresh();
     const ListCommandContext c = f.commands();
-    {
-        ScriptedPrompter prompts; // nothing selected, then a catalogue alone
-        prompts.expectMessage(LoadText(127)).expectMessage(LoadText(128));
-        AssociationCommand(c);
-        f.cat(0).selectNode(f.cat(0).node(CatalogueKey("XY")));
-        AssociationCommand(c);
-    }
+    ScriptedPrompter prompts; // nothing selected, then a catalogue alone
+    prompts.expectMessage(LoadText(127)).expectMessage(LoadText(128));
+    AssociationCommand(c);
+    f.cat(0).selectNode(f.cat(0).node(CatalogueKey("XY")));
+    AssociationCommand(c);
     // Selects the node of a list under catalogue XY and runs the command.
     const auto dissociate = [&](int row) {
         const QTreeWidgetItem* catalogueNode = f.cat(0).node(CatalogueKey("XY"));
@@ -207,11 +203,8 @@ TEST(AssociationCommand, DissociatingAListTakesItsCodeOutOfTheCatalogue) {
     EXPECT_EQ(catno(f, "ZZZ"), "XY;");
 
     // The last list under the catalogue: withdrawing it is offered; No keeps it.
-    {
-        ScriptedPrompter prompts;
-        prompts.expectMessage(LoadText(129), Buttons::YesNo, Icon::None, {}, Answer::No);
-        dissociate(3);
-    }
+    prompts.expectMessage(LoadText(129), Buttons::YesNo, Icon::None, {}, Answer::No);
+    dissociate(3);
     EXPECT_EQ(catno(f, "ZZZ"), "");
     EXPECT_TRUE(f.storedField("XY", "UTILISER", "CATALIST").toBool());
     EXPECT_EQ(f.cat(0).node(CatalogueKey("XY"))->childCount(), 0);

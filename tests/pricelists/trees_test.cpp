@@ -161,13 +161,11 @@ TEST(Trees, DuplicateOrMissingCatalogueNodesAreReported) {
                        {"ABC", "Alpha again"},
                        {"", "No code", true, Past, older},
                        {"XY", "Xray", true, Past, older}});
-    {
-        ScriptedPrompter prompts;
-        prompts.expectMessage("ErrSetupCat: 35602\nKey is not unique in collection\n" +
-                              App().ContactLine);
-        prompts.expectMessage("errCatalist:35601\nElement not found\n" + App().ContactLine);
-        f.ui->refresh();
-    }
+    ScriptedPrompter prompts;
+    prompts.expectMessage("ErrSetupCat: 35602\nKey is not unique in collection\n" +
+                          App().ContactLine);
+    prompts.expectMessage("errCatalist:35601\nElement not found\n" + App().ContactLine);
+    f.ui->refresh();
     EXPECT_EQ(Keys(f.cat(0)), (QStringList{"CABC", "C XY"}));
     EXPECT_EQ(f.state.CheckedCatCount, 1);
     EXPECT_TRUE(KeyedTree::isChecked(f.cat(0).node("C XY")));
