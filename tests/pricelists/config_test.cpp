@@ -76,11 +76,6 @@ TEST(Config, EachBoxOfThePaneWritesItsFieldAndMarksTheRow) {
     EXPECT_EQ(pane.txtConfig[PrixField::DateEff]->text(), "2026.02.01");
     EXPECT_TRUE(pane.chkCH[0]->isChecked());
     EXPECT_TRUE(pane.optDe[1]->isChecked());
-    const auto typeInto = [&](int field) {
-        pane.txtConfig[field]->setFocus();
-        QTest::keyClicks(pane.txtConfig[field], "1a2");
-        QTest::keyClick(f.window->windowHandle(), Qt::Key_Tab);
-    };
     struct Edit {
         const char* name;
         std::function<void()> make;
@@ -96,11 +91,6 @@ TEST(Config, EachBoxOfThePaneWritesItsFieldAndMarksTheRow) {
              QTest::keyClick(pane.cmbDepart, Qt::Key_Down);
          },
          PrixField::Departem, QVariant()},
-        {"CODENVC", [&] { typeInto(PrixField::CodeNvc); }, PrixField::CodeNvc, "12"},
-        {"CODEUNI", [&] { typeInto(PrixField::CodeUni); }, PrixField::CodeUni, "12"},
-        {"CODEACK", [&] { typeInto(PrixField::CodeAck); }, PrixField::CodeAck, "12"},
-        {"CODEUAP", [&] { typeInto(PrixField::CodeUap); }, PrixField::CodeUap, "12"},
-        {"PCT3", [&] { typeInto(PrixField::Pct3); }, PrixField::Pct3, "12"},
     };
     for (const Edit& edit : edits) {
         SCOPED_TRACE(edit.name);
@@ -122,7 +112,8 @@ TEST(Config, EachBoxOfThePaneWritesItsFieldAndMarksTheRow) {
 }
 
 // Text fields are upper-cased and limited by field; the others take digits and the point. The
-// focus selects the whole text, so typing replaces it even in a full field; Enter moves on.
+// focus selects the whole text, so typing replaces it even in a full field; Enter moves on and
+// the value goes into the row.
 TEST(Config, TypedKeysFollowTheFieldRulesEnterMovesOnAndFocusSelectsAll) {
     ShownFixture f;
     const std::tuple<int, QString, QString> typings[] = {
@@ -133,6 +124,10 @@ TEST(Config, TypedKeysFollowTheFieldRulesEnterMovesOnAndFocusSelectsAll) {
         {PrixField::FicFamille, "matrice01", "MATRICE0"},
         {PrixField::FirstSubGroup + 1, "7x\b8", "8"}, // SGR1PCT
         {PrixField::CodeNvc, "1a2,5%", "125"},
+        {PrixField::CodeUni, "1a2", "12"},
+        {PrixField::CodeAck, "1a2", "12"},
+        {PrixField::CodeUap, "1a2", "12"},
+        {PrixField::Pct3, "1a2", "12"},
     };
     for (const auto& [field, keys, expected] : typings) {
         ConfigField* box = f.configPane->txtConfig[field];
@@ -141,9 +136,11 @@ TEST(Config, TypedKeysFollowTheFieldRulesEnterMovesOnAndFocusSelectsAll) {
         EXPECT_EQ(box->text(), expected) << field;
         QTest::keyClick(box, Qt::Key_Return);
         EXPECT_NE(QApplication::focusWidget(), box) << field;
+        EXPECT_EQ(f.rsPrixList.value(field).toString(), expected) << field;
+        EXPECT_EQ(f.state.ConfigDirty, Dirty::Pane) << field;
+        f.dropChanges();
     }
     EXPECT_TRUE(ConfigKeyRule(PrixField::Pct1, 0, QChar(0x663)).typed.isNull()) << "Arabic 3";
-    f.dropChanges();
 }
 
 // The question is asked once, with the tree disabled under the hourglass; No puts everything back.
