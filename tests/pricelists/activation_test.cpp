@@ -3,14 +3,7 @@
 
 #include "listfixture.h"
 
-#include "app/messages.h"
-#include "dbase/recordset.h"
 #include "pricelists/activation.h"
-#include "pricelists/keyedtree.h"
-#include "pricelists/treepanes.h"
-#include "scriptedprompter.h"
-
-#include <gtest/gtest.h>
 
 namespace {
 

@@ -3,16 +3,12 @@
 
 #include "listfixture.h"
 
-#include "app/messages.h"
 #include "dbasepeer.h"
 #include "pricelists/association.h"
 #include "pricelists/frmcatalog.h"
-#include "pricelists/keyedtree.h"
-#include "scriptedprompter.h"
 
 #include <QListWidget>
 #include <QPushButton>
-#include <gtest/gtest.h>
 
 namespace {
 

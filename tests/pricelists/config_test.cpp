@@ -2,19 +2,10 @@
 
 #include "listfixture.h"
 
-#include "app/messages.h"
-#include "pricelists/configeditor.h"
-#include "pricelists/configpane.h"
 #include "pricelists/configrules.h"
-#include "pricelists/keyedtree.h"
-#include "pricelists/treeinteractions.h"
-#include "pricelists/treepanes.h"
-#include "scriptedprompter.h"
 
 #include <QApplication>
-#include <QTest>
 #include <QWindow>
-#include <gtest/gtest.h>
 
 namespace {
 

@@ -2,17 +2,10 @@
 
 #include "listfixture.h"
 
-#include "app/messages.h"
-#include "pricelists/configpane.h"
 #include "pricelists/explistrules.h"
-#include "pricelists/keyedtree.h"
 #include "pricelists/programend.h"
-#include "pricelists/treeinteractions.h"
-#include "pricelists/treepanes.h"
 
 #include <QLineEdit>
-#include <QTest>
-#include <gtest/gtest.h>
 
 namespace {
 

@@ -1,12 +1,6 @@
 #include "listfixture.h"
 
-#include "pricelists/configpane.h"
-#include "pricelists/keyedtree.h"
-#include "pricelists/treepanes.h"
-
 #include <QHBoxLayout>
-#include <QTest>
-#include <gtest/gtest.h>
 
 ListFixture::ListFixture(const QList<ListRow>& lists, const QList<CatalogueRow>& catalogues) {
     WritePrixList(dir.path(), lists);

@@ -1,27 +1,28 @@
 #pragma once
 
-// A small installation for the price-list tests: PRIXLIST and CATALIST written in a temporary
-// directory, the two recordsets opened on them as the program opens them, and the three panes
-// with their logic composed as the main window composes them.
+// A small installation for the price-list tests, with what every test of them uses: PRIXLIST and
+// CATALIST written in a temporary directory, the two recordsets opened on them as the program opens
+// them, and the three panes with their logic composed as the main window composes them.
 
 #include "listtables.h"
+#include "scriptedprompter.h"
 
+#include "app/messages.h"
 #include "data/fieldbinding.h"
 #include "dbase/connection.h"
 #include "dbase/recordset.h"
+#include "pricelists/configpane.h"
+#include "pricelists/keyedtree.h"
 #include "pricelists/listcommands.h"
 #include "pricelists/pricelistsui.h"
+#include "pricelists/treepanes.h"
 
 #include <QTemporaryDir>
+#include <QTest>
 #include <QWidget>
+#include <gtest/gtest.h>
 #include <memory>
 #include <optional>
-
-class CatTreePane;
-class ConfigPane;
-class KeyedTree;
-class ListTreePane;
-class QTreeWidgetItem;
 
 class ListFixture {
 public:

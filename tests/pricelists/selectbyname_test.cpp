@@ -2,12 +2,7 @@
 
 #include "listfixture.h"
 
-#include "app/messages.h"
-#include "pricelists/keyedtree.h"
 #include "pricelists/selectbyname.h"
-#include "scriptedprompter.h"
-
-#include <gtest/gtest.h>
 
 namespace {
 

@@ -3,18 +3,11 @@
 #include "listfixture.h"
 
 #include "app/appstate.h"
-#include "app/messages.h"
-#include "pricelists/configpane.h"
 #include "pricelists/imagelist.h"
-#include "pricelists/keyedtree.h"
 #include "pricelists/programend.h"
-#include "pricelists/treebuilder.h"
-#include "pricelists/treepanes.h"
-#include "scriptedprompter.h"
 
 #include <QFontInfo>
 #include <QScrollBar>
-#include <gtest/gtest.h>
 
 namespace {
 
