@@ -37,11 +37,6 @@ ListFixture::ListFixture(const QList<ListRow>& lists, const QList<CatalogueRow>&
     EXPECT_TRUE(QTest::qWaitForWindowActive(window.get()));
 }
 
-void ListFixture::rewriteLists(const QList<ListRow>& lists) {
-    WritePrixList(dir.path(), lists);
-    rsPrixList.requery();
-}
-
 QVariant ListFixture::storedField(const QString& fichier, const QString& field, const char* table) {
     Recordset fresh;
     fresh.open(QStringLiteral("SELECT * FROM ") + QLatin1String(table), conn, CursorType::Keyset,

@@ -28,8 +28,6 @@ class ListFixture {
 public:
     ListFixture(const QList<ListRow>& lists, const QList<CatalogueRow>& catalogues);
 
-    // Rewrites PRIXLIST and reads it again, as after another workstation's change.
-    void rewriteLists(const QList<ListRow>& lists);
     // A field of the row of a file code in PRIXLIST (or CATALIST), as stored in the table now.
     QVariant storedField(const QString& fichier, const QString& field,
                          const char* table = "PRIXLIST");

@@ -1,4 +1,4 @@
-// The trees built from small PRIXLIST and CATALIST tables.
+// The trees built from small PRIXLIST and CATALIST tables, and the rules they follow.
 
 #include "listfixture.h"
 
@@ -121,7 +121,8 @@ TEST(Trees, ListMarksSurviveARebuildAndShiftWhenAListIsAdded) {
 
     // A list sorted before D arrives: the mark stays on row 1, which is now C.
     lists.insert(1, {"C LIST", "CCC", true, Past, Past});
-    f.rewriteLists(lists);
+    WritePrixList(f.dir.path(), lists); // as another workstation would
+    f.rsPrixList.requery();
     f.ui->refresh();
     EXPECT_EQ(f.state.ListCount, 4);
     EXPECT_TRUE(KeyedTree::isChecked(f.list(0).node("L001"))) << "now C LIST";
@@ -193,4 +194,26 @@ TEST(Trees, ColumnHeadingsStandOverTheColumnsOfTheNodes) {
     tree.resize(150, tree.height()); // narrow: the tree scrolls sideways, the heading with it
     tree.horizontalScrollBar()->setValue(20);
     EXPECT_EQ(headingLeft(), nodeTextLeft());
+}
+
+// The trees show the values as the table reads them; blanks kept after a value do not count.
+TEST(TreeRules, BlanksAfterAValueDoNotPushTheColumns) {
+    EXPECT_EQ(ListNodeText("A   ", "AB  ", "M  "), ListNodeText("A", "AB", "M"));
+}
+
+// The trees apply the date rules to activated lists; the download's list reads this too.
+TEST(TreeRules, AListNotActivatedIsInNoBranch) {
+    const QDate today(2026, 3, 16);
+    const ListBranches off = BranchesOf(false, std::nullopt, today.addDays(1), today);
+    EXPECT_EQ(off.color, ColorInactive);
+    EXPECT_FALSE(off.activated || off.toUpdate || off.upcoming);
+}
+
+TEST(TreeRules, CatnoIsReadCodeByCodeUpToEachSemicolon) {
+    EXPECT_EQ(CatnoCodes("ABC;XYZ;"), (QStringList{"ABC", "XYZ"}));
+    EXPECT_EQ(CatnoCodes("ABC;XYZ"), (QStringList{"ABC"}));
+    EXPECT_TRUE(CatnoCodes("ABC").isEmpty());
+    EXPECT_TRUE(CatnoCodes("").isEmpty());
+    EXPECT_TRUE(CatnoCodes(";ABC;").isEmpty());
+    EXPECT_EQ(CatnoCodes("AB;;XYZ;"), (QStringList{"AB"}));
 }
