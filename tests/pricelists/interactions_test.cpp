@@ -143,7 +143,6 @@ TEST(Interactions, ListFilterFieldUpperCasesMovesOnEnterAndIsDisabledWhenBlank) 
     QTest::keyClicks(field, "bos 2");
     EXPECT_EQ(field->text(), "BOS 2");
     QTest::keyClick(field, Qt::Key_Return);
-    EXPECT_EQ(field->text(), "BOS 2");
     EXPECT_TRUE(next->hasFocus());
     EXPECT_TRUE(field->isEnabled());
 
