@@ -1,16 +1,9 @@
 // Activation of the checked lists through the questions, and deactivation of lists and
 // catalogues.
 
-#include "commandfixture.h"
+#include "listfixture.h"
 
-#include "app/messages.h"
-#include "dbase/recordset.h"
 #include "pricelists/activation.h"
-#include "pricelists/keyedtree.h"
-#include "pricelists/treepanes.h"
-#include "scriptedprompter.h"
-
-#include <gtest/gtest.h>
 
 namespace {
 
@@ -24,14 +17,6 @@ QString codeQuestion(bool required = true) {
     return "\n" + LoadText(134) + (required ? "\n\n" + LoadText(143) : QString());
 }
 
-QuestionAnswer abandon() {
-    return {};
-}
-
-void expectSave(ScriptedPrompter& prompts, Answer answer) {
-    prompts.expectMessage(LoadText(61), Buttons::YesNo, Icon::Warning, {}, answer);
-}
-
 void check(ListFixture& f, std::initializer_list<int> rows) {
     for (int r : rows) {
         f.rsPrixList.move(r, MoveStart::First);
@@ -41,6 +26,15 @@ void check(ListFixture& f, std::initializer_list<int> rows) {
 
 QString stored(ListFixture& f, const QString& fichier, const QString& field) {
     return f.storedField(fichier, field).toString();
+}
+
+// What the activation writes of a list, as stored.
+QStringList written(ListFixture& f, const QString& fichier) {
+    QStringList values;
+    for (const char* field : {"UTILISER", "CODEGRO", "FICFAMILLE", "LFAMILLE", "FOURNIS",
+                              "DEPARTEM", "CH_DESC1", "CH_DESC2", "CH_COUT"})
+        values << stored(f, fichier, field);
+    return values;
 }
 
 } // namespace
@@ -53,15 +47,19 @@ TEST(Activation, EachCheckedListIsAskedForAndTheBatchIsWrittenOnYes) {
          {.desc = "D FOUR", .fichier = "DDD", .utiliser = false}},
         {});
     f.ui->refresh();
-    check(f, {0, 1, 2});
-    ScriptedPrompter prompts;
+    ScriptedPrompter prompts; // nothing checked; then an activated list alone: nothing asked
+    prompts.expectMessage(LoadText(141), Buttons::Ok, Icon::Warning, {}, Answer::Ok);
+    MPActivate(f.commands());
+    check(f, {2});
+    MPActivate(f.commands());
+    check(f, {0, 1});
     prompts.expectQuestion(matrixQuestion(), "abcdefghij", true)
         .expectQuestion(supplierQuestion(), "a supplier name longer than twenty-five", true)
         .expectQuestion(codeQuestion(), "ab")
         .expectQuestion(codeQuestion(), "   ") // blank: asked again
-        .expectQuestion(codeQuestion(), "cd12");
-    expectSave(prompts, Answer::Yes);
-    MPActivate(Commands(f));
+        .expectQuestion(codeQuestion(), "cd12")
+        .expectMessage(LoadText(61), Buttons::YesNo, Icon::Warning, {}, Answer::Yes);
+    MPActivate(f.commands());
 
     const QList<Question>& asked = prompts.questions();
     ASSERT_EQ(asked.size(), 5);
@@ -71,16 +69,12 @@ TEST(Activation, EachCheckedListIsAskedForAndTheBatchIsWrittenOnYes) {
     EXPECT_EQ(asked[2].departement, "F") << "no department yet";
     EXPECT_EQ(asked[3].departement, "05");
 
-    EXPECT_EQ(stored(f, "AAA", "CODEGRO"), "AB");
-    EXPECT_EQ(stored(f, "AAA", "FICFAMILLE"), "ABCDEFGH");
-    EXPECT_TRUE(f.storedField("AAA", "LFAMILLE").toBool());
-    EXPECT_EQ(stored(f, "AAA", "FOURNIS"), "A SUPPLIER NAME LONGER TH") << "25 characters";
-    EXPECT_EQ(stored(f, "AAA", "DEPARTEM"), "F");
-    for (const char* option : {"UTILISER", "CH_DESC1", "CH_DESC2", "CH_COUT"})
-        EXPECT_TRUE(f.storedField("AAA", option).toBool()) << option;
-    EXPECT_EQ(stored(f, "BBB", "CODEGRO"), "CD12");
-    EXPECT_EQ(stored(f, "BBB", "FICFAMILLE"), "ABCDEFGH") << "applied to all lists";
-    EXPECT_EQ(stored(f, "BBB", "DEPARTEM"), "05");
+    // The matrix and the supplier are cut to their fields' widths and apply to all lists.
+    const QString supplier = "A SUPPLIER NAME LONGER TH";
+    EXPECT_EQ(written(f, "AAA"), QStringList({"true", "AB", "ABCDEFGH", "true", supplier, "F",
+                                              "true", "true", "true"}));
+    EXPECT_EQ(written(f, "BBB"), QStringList({"true", "CD12", "ABCDEFGH", "true", supplier, "05",
+                                              "true", "true", "true"}));
     EXPECT_EQ(stored(f, "CCC", "CODEGRO"), "ZZ") << "already activated: not asked";
     EXPECT_FALSE(f.storedField("DDD", "UTILISER").toBool());
 
@@ -102,9 +96,9 @@ TEST(Activation, AbandonStopsTheRunAndTheListsBeforeItAreStillOffered) {
             .expectQuestion(supplierQuestion(), "acme")
             .expectQuestion(codeQuestion(), "A1")
             .expectQuestion(matrixQuestion(), "")
-            .expectQuestion(supplierQuestion(), abandon());
-        expectSave(prompts, answer);
-        MPActivate(Commands(f));
+            .expectQuestion(supplierQuestion(), QuestionAnswer{}) // Abandon
+            .expectMessage(LoadText(61), Buttons::YesNo, Icon::Warning, {}, answer);
+        MPActivate(f.commands());
         const bool saved = answer == Answer::Yes;
         EXPECT_EQ(f.storedField("AAA", "UTILISER").toBool(), saved);
         EXPECT_EQ(stored(f, "AAA", "CODEGRO"), saved ? "A1" : "");
@@ -130,9 +124,9 @@ TEST(Activation, DefaultCodesAndListsThatNeedNoCode) {
         .expectQuestion(codeQuestion(), "xy", true)    // "use default codes" ticked from here on
         .expectQuestion(codeQuestion(), "abcde", true) // more than 4 characters: refused
         .expectMessage(LoadText(42), Buttons::Ok, Icon::Warning, {}, Answer::Ok)
-        .expectQuestion(codeQuestion(), "zz", true);
-    expectSave(prompts, Answer::Yes);
-    MPActivate(Commands(f));
+        .expectQuestion(codeQuestion(), "zz", true)
+        .expectMessage(LoadText(61), Buttons::YesNo, Icon::Warning, {}, Answer::Yes);
+    MPActivate(f.commands());
 
     ASSERT_EQ(prompts.questions().size(), 5);
     EXPECT_TRUE(prompts.questions()[3].option) << "the switch shown as ticked";
@@ -146,47 +140,26 @@ TEST(Activation, DefaultCodesAndListsThatNeedNoCode) {
     EXPECT_FALSE(f.storedField("EEE", "UTILISER").toBool()) << "not checked";
 }
 
-TEST(Activation, NothingCheckedIsToldOnlyActivatedListsChangeNothing) {
-    ListFixture f({{.desc = "A", .fichier = "AAA", .utiliser = false},
-                   {.desc = "B", .fichier = "BBB", .dateEff = Past, .dateStk = Past}},
-                  {});
-    f.ui->refresh();
-    {
-        ScriptedPrompter prompts;
-        prompts.expectMessage(LoadText(141), Buttons::Ok, Icon::Warning, {}, Answer::Ok);
-        MPActivate(Commands(f));
-    }
-    check(f, {1});
-    {
-        ScriptedPrompter prompts; // nothing asked
-        MPActivate(Commands(f));
-    }
-    EXPECT_FALSE(f.storedField("AAA", "UTILISER").toBool());
-}
-
 TEST(Deactivation, TheLastListOfACodeTakesItOutOfItsCatalogues) {
-    CatalogueRow c1{"C1", "Cat one"};
-    c1.grl = {"AB", "CD"};
-    CatalogueRow c2{"C2", "Cat two"};
-    c2.grl = {"", "", "AB"};
     ListFixture f({ActivatedList("A", "AAA", "AB", "C1;C2;"),
                    ActivatedList("B", "BBB", "AB", "C1;"), ActivatedList("C", "CCC", "CD", "C1;")},
-                  {c1, c2});
+                  {{.fichier = "C1", .desc = "Cat one", .grl = {"AB", "CD"}},
+                   {.fichier = "C2", .desc = "Cat two", .grl = {"", "", "AB"}}});
     f.ui->refresh();
     f.state.LastTreeFocus = "tvwList";
-    const QStringList before = StoredCategories(f, "C1");
+    const QStringList before = f.storedCategories("C1");
 
     check(f, {0});
-    MPDesactivate(Commands(f));
+    MPDesactivate(f.commands());
     EXPECT_FALSE(f.storedField("AAA", "UTILISER").toBool());
     EXPECT_EQ(stored(f, "AAA", "CATNO"), "");
-    EXPECT_EQ(StoredCategories(f, "C1"), before) << "BBB still carries AB";
-    EXPECT_EQ(StoredCatalogueField(f, "C2", "GRL3").toString(), "AB");
+    EXPECT_EQ(f.storedCategories("C1"), before) << "BBB still carries AB";
+    EXPECT_EQ(f.storedField("C2", "GRL3", "CATALIST").toString(), "AB");
 
     check(f, {1});
-    MPDesactivate(Commands(f));
-    EXPECT_EQ(StoredCategories(f, "C1"), QStringList({"", "CD", "", "", "", "", "", "", ""}));
-    EXPECT_EQ(StoredCatalogueField(f, "C2", "GRL3").toString(), "AB")
+    MPDesactivate(f.commands());
+    EXPECT_EQ(f.storedCategories("C1"), QStringList({"", "CD", "", "", "", "", "", "", ""}));
+    EXPECT_EQ(f.storedField("C2", "GRL3", "CATALIST").toString(), "AB")
         << "only the catalogues of the list's own CATNO";
     EXPECT_EQ(f.list(3).nodeCount(), 2) << "both shown as not activated";
 }
@@ -200,16 +173,16 @@ TEST(Deactivation, ACatalogueGoesOnlyOnceNoListIsUnderIt) {
         tree.selectNode(tree.node(key)); // the nodes are made again by each refresh
         ScriptedPrompter prompts;
         prompts.expectMessage(LoadText(139), Buttons::Ok, Icon::Critical, {}, Answer::Ok);
-        MPDesactivate(Commands(f));
+        MPDesactivate(f.commands());
     }
-    EXPECT_TRUE(StoredCatalogueField(f, "C1", "UTILISER").toBool());
+    EXPECT_TRUE(f.storedField("C1", "UTILISER", "CATALIST").toBool());
 
     for (const Answer answer : {Answer::No, Answer::Yes}) {
         f.cat(0).selectNode(f.cat(0).node(CatalogueKey("C2")));
         ScriptedPrompter prompts;
         prompts.expectMessage(LoadText(129), Buttons::YesNo, Icon::Warning, {}, answer);
-        MPDesactivate(Commands(f));
-        EXPECT_EQ(StoredCatalogueField(f, "C2", "UTILISER").toBool(), answer == Answer::No);
+        MPDesactivate(f.commands());
+        EXPECT_EQ(f.storedField("C2", "UTILISER", "CATALIST").toBool(), answer == Answer::No);
     }
     EXPECT_NE(f.cat(1).node(CatalogueKey("C2")), nullptr) << "shown as not activated";
 }

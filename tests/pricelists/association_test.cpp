@@ -1,20 +1,14 @@
 // The catalogue association dialog and the association command: which lists gain or lose a
 // catalogue, what the categories use, and what another workstation's row does to it.
 
-#include "commandfixture.h"
+#include "listfixture.h"
 
-#include "app/messages.h"
 #include "dbasepeer.h"
 #include "pricelists/association.h"
 #include "pricelists/frmcatalog.h"
-#include "pricelists/keyedtree.h"
-#include "scriptedprompter.h"
 
-#include <QLabel>
 #include <QListWidget>
-#include <QProcess>
 #include <QPushButton>
-#include <gtest/gtest.h>
 
 namespace {
 
@@ -37,9 +31,7 @@ void show(ListFixture& f, int row) {
 
 std::unique_ptr<frmCatalog> openDialog(ListFixture& f, const QString& code) {
     const QTreeWidgetItem* node = f.cat(0).node(CatalogueKey(code));
-    if (!node)
-        node = f.cat(1).node(CatalogueKey(code));
-    return std::make_unique<frmCatalog>(Commands(f), node->text(0), KeyedTree::keyOf(node));
+    return std::make_unique<frmCatalog>(f.commands(), node->text(0), KeyedTree::keyOf(node));
 }
 
 void choose(frmCatalog& dialog, int row) {
@@ -52,10 +44,7 @@ QString catno(ListFixture& f, const char* fichier) {
 }
 
 // The other workstation, in a process of its own.
-class Peer : public DbasePeer {
-public:
-    explicit Peer(const QStringList& args) : DbasePeer(QStringLiteral(DBASE_PEER), args) {}
-};
+const QString PeerProgram = QStringLiteral(DBASE_PEER);
 
 } // namespace
 
@@ -82,42 +71,34 @@ TEST(CatalogueDialog, RowsKeepTheirCategoryAndOKWaitsForAChoice) {
     EXPECT_EQ(empty->lstCatgroupe->count(), 0);
 }
 
-TEST(CatalogueDialog, TheListsOfTheCodeGainTheCatalogueOnce) {
-    ListFixture f({ActivatedList("A", "AAA", "AB", ""),
-                   ActivatedList("B", "BBB", "AB", "ABC;"),
-                   ActivatedList("C", "CCC", "CD", "BC;"),
-                   {.desc = "D", .fichier = "DDD", .utiliser = false, .codeGro = "AB"}},
-                  {catalogue("BC", {"G1", "G2"}, {"AB"}), catalogue("ABC", {}, {})});
-    show(f, 0);
-    auto dialog = openDialog(f, "BC");
-    choose(*dialog, 0); // the category already uses AB: nothing to dissociate
-    EXPECT_EQ(dialog->result(), QDialog::Accepted);
-    EXPECT_EQ(catno(f, "AAA"), "BC;");
-    EXPECT_EQ(catno(f, "BBB"), "ABC;") << "ABC; counts as holding BC";
-    EXPECT_EQ(catno(f, "CCC"), "BC;") << "another code: untouched";
-    EXPECT_EQ(catno(f, "DDD"), "") << "not activated";
-    EXPECT_EQ(StoredCategories(f, "BC").first(), "AB");
-    EXPECT_EQ(f.rsPrixList.filter(), "");
-}
-
+// The lists of the new code gain the catalogue once; those of the code replaced lose it once no
+// category uses that code any more.
 TEST(CatalogueDialog, ReplacingACodeDissociatesItsListsOnceNoCategoryUsesIt) {
-    ListFixture f({ActivatedList("N", "NNN", "NEW", ""), ActivatedList("P", "PPP", "OLD", "AB;B;"),
-                   ActivatedList("Q", "QQQ", "", "B;C;", true)},
+    ListFixture f({ActivatedList("M", "MMM", "NEW", "AB;"),
+                   ActivatedList("N", "NNN", "NEW", "C;"),
+                   ActivatedList("P", "PPP", "OLD", "AB;B;"),
+                   ActivatedList("Q", "QQQ", "", "B;C;", true),
+                   {.desc = "R", .fichier = "RRR", .utiliser = false, .codeGro = "NEW"}},
                   {catalogue("B", {"G1", "G2"}, {"OLD", "OLD"}), catalogue("AB", {"G1"}, {}),
                    catalogue("C", {}, {})});
     show(f, 0);
-    choose(*openDialog(f, "B"), 0);
-    EXPECT_EQ(StoredCategories(f, "B").mid(0, 2), QStringList({"NEW", "OLD"}));
-    EXPECT_EQ(catno(f, "NNN"), "B;");
+    auto dialog = openDialog(f, "B");
+    choose(*dialog, 0);
+    EXPECT_EQ(dialog->result(), QDialog::Accepted);
+    EXPECT_EQ(f.storedCategories("B").mid(0, 2), QStringList({"NEW", "OLD"}));
+    EXPECT_EQ(catno(f, "NNN"), "C;B;");
+    EXPECT_EQ(catno(f, "MMM"), "AB;") << "AB; counts as holding B";
+    EXPECT_EQ(catno(f, "RRR"), "") << "not activated";
+    EXPECT_EQ(f.rsPrixList.filter(), "");
     EXPECT_EQ(catno(f, "PPP"), "AB;B;") << "category 2 still uses OLD";
     EXPECT_EQ(catno(f, "QQQ"), "B;C;");
 
     show(f, 0);
     choose(*openDialog(f, "B"), 1);
-    EXPECT_EQ(StoredCategories(f, "B").mid(0, 2), QStringList({"NEW", "NEW"}));
+    EXPECT_EQ(f.storedCategories("B").mid(0, 2), QStringList({"NEW", "NEW"}));
     EXPECT_EQ(catno(f, "PPP"), "AB;") << "the entry B, not the B; inside AB;";
     EXPECT_EQ(catno(f, "QQQ"), "C;") << "a list that needs no code goes too";
-    EXPECT_EQ(catno(f, "NNN"), "B;") << "not added twice";
+    EXPECT_EQ(catno(f, "NNN"), "C;B;") << "not added twice";
 }
 
 TEST(CatalogueDialog, AListWithoutCodeAsksForOneOfAtMostFourCharacters) {
@@ -125,23 +106,18 @@ TEST(CatalogueDialog, AListWithoutCodeAsksForOneOfAtMostFourCharacters) {
                   {catalogue("C1", {"G1"}, {"AB"})});
     show(f, 0);
     auto dialog = openDialog(f, "C1");
-    {
-        ScriptedPrompter prompts;
-        prompts.expectInput(CodePrompt, "abcde")
-            .expectMessage(LoadText(42), Buttons::Ok, Icon::Warning, {}, Answer::Ok);
-        choose(*dialog, 0);
-    }
+    ScriptedPrompter prompts;
+    prompts.expectInput(CodePrompt, "abcde")
+        .expectMessage(LoadText(42), Buttons::Ok, Icon::Warning, {}, Answer::Ok);
+    choose(*dialog, 0);
     EXPECT_NE(dialog->result(), QDialog::Accepted) << "still open";
     EXPECT_EQ(catno(f, "BBB"), "") << "nothing written";
-    {
-        ScriptedPrompter prompts;
-        prompts.expectInput(CodePrompt, ""); // nothing typed: the category's own code
-        choose(*dialog, 0);
-    }
+    prompts.expectInput(CodePrompt, ""); // nothing typed: the category's own code
+    choose(*dialog, 0);
     EXPECT_EQ(dialog->result(), QDialog::Accepted);
     EXPECT_EQ(catno(f, "BBB"), "C1;");
     EXPECT_EQ(catno(f, "AAA"), "") << "the lists of AB, not the list without a code";
-    EXPECT_EQ(StoredCategories(f, "C1").first(), "AB");
+    EXPECT_EQ(f.storedCategories("C1").first(), "AB");
 }
 
 TEST(CatalogueDialog, ARowHeldOrChangedElsewhereLeavesNothingHalfWritten) {
@@ -151,7 +127,7 @@ TEST(CatalogueDialog, ARowHeldOrChangedElsewhereLeavesNothingHalfWritten) {
     {
         // The catalogue's row is held by another workstation: A's CATNO is written first,
         // then put back.
-        Peer peer({"lock-record", f.dir.filePath("CATALIST.DBF"), "1"});
+        DbasePeer peer(PeerProgram, {"lock-record", f.dir.filePath("CATALIST.DBF"), "1"});
         ASSERT_EQ(peer.answer(), "ready");
         auto dialog = openDialog(f, "C1");
         ScriptedPrompter prompts;
@@ -161,78 +137,60 @@ TEST(CatalogueDialog, ARowHeldOrChangedElsewhereLeavesNothingHalfWritten) {
         EXPECT_EQ(dialog->lstCatgroupe->count(), 1) << "the dialog shows the tables again";
         EXPECT_FALSE(dialog->OKButton->isEnabled());
     }
-    EXPECT_EQ(catno(f, "AAA"), "");
-    EXPECT_EQ(catno(f, "BBB"), "");
-    EXPECT_EQ(StoredCategories(f, "C1").first(), "");
+    const auto expectNothingWritten = [&] {
+        EXPECT_EQ(catno(f, "AAA") + catno(f, "BBB") + f.storedCategories("C1").first(), "");
+    };
+    expectNothingWritten();
 
     // B's row was changed by another workstation since it was read: A goes back, B keeps the
     // other workstation's change, and the catalogue is not touched.
     show(f, 0);
     auto dialog = openDialog(f, "C1");
-    ASSERT_EQ(Peer({"set", f.dir.path(), "PRIXLIST", "1", "FOURNIS", "PEER"}).answer(), "saved");
-    {
-        ScriptedPrompter prompts;
-        prompts.expectMessageMatching("^errOKButton: ");
-        choose(*dialog, 0);
-    }
-    EXPECT_EQ(catno(f, "AAA"), "");
-    EXPECT_EQ(catno(f, "BBB"), "");
+    ASSERT_EQ(
+        DbasePeer(PeerProgram, {"set", f.dir.path(), "PRIXLIST", "1", "FOURNIS", "PEER"}).answer(),
+        "saved");
+    ScriptedPrompter prompts;
+    prompts.expectMessageMatching("^errOKButton: ");
+    choose(*dialog, 0);
+    expectNothingWritten();
     EXPECT_EQ(f.storedField("BBB", "FOURNIS").toString(), "PEER");
-    EXPECT_EQ(StoredCategories(f, "C1").first(), "");
 
     // Once the other workstation is done, the same choice goes through.
-    {
-        ScriptedPrompter prompts;
-        choose(*dialog, 0);
-    }
+    choose(*dialog, 0);
     EXPECT_EQ(catno(f, "BBB"), "C1;");
-}
-
-TEST(AssociationCommand, MessagesWhenNothingIsSelected) {
-    ListFixture f({ActivatedList("A", "AAA", "AB", "")}, {catalogue("C1", {"G1"}, {})});
-    f.ui->refresh();
-    const ListCommandContext c = Commands(f);
-    {
-        ScriptedPrompter prompts;
-        prompts.expectMessage(LoadText(127));
-        AssociationCommand(c);
-    }
-    f.cat(0).selectNode(f.cat(0).node(CatalogueKey("C1")));
-    {
-        ScriptedPrompter prompts;
-        prompts.expectMessage(LoadText(128));
-        AssociationCommand(c);
-    }
 }
 
 TEST(AssociationCommand, DissociatingAListTakesItsCodeOutOfTheCatalogue) {
     ListFixture f({ActivatedList("W", "WWW", "AB", "XY;"),
-                   ActivatedList("X", "XXX", "AB", "AXY;XY;"),
+                   ActivatedList("X", "XXX", "AB", "AXY;K;XY;"),
                    ActivatedList("Y", "YYY", "", "XY;K;"), ActivatedList("Z", "ZZZ", "", "XY;")},
                   {catalogue("XY", {"G1", "G2"}, {"CD", "AB"}), catalogue("AXY", {}, {}),
                    catalogue("K", {}, {})});
     f.ui->refresh();
-    const ListCommandContext c = Commands(f);
+    const ListCommandContext c = f.commands();
+    ScriptedPrompter prompts; // nothing selected, then a catalogue alone
+    prompts.expectMessage(LoadText(127)).expectMessage(LoadText(128));
+    AssociationCommand(c);
+    f.cat(0).selectNode(f.cat(0).node(CatalogueKey("XY")));
+    AssociationCommand(c);
     // Selects the node of a list under catalogue XY and runs the command.
     const auto dissociate = [&](int row) {
         const QTreeWidgetItem* catalogueNode = f.cat(0).node(CatalogueKey("XY"));
         for (int i = 0; i < catalogueNode->childCount(); ++i) {
-            QTreeWidgetItem* node = catalogueNode->child(i);
-            if (KeyedTree::rowOf(node) != row)
-                continue;
-            f.cat(0).selectNode(node);
-            f.ui->Nodeclick(0, node);
-            AssociationCommand(c);
-            return;
+            if (QTreeWidgetItem* node = catalogueNode->child(i); KeyedTree::rowOf(node) == row) {
+                f.cat(0).selectNode(node);
+                f.ui->Nodeclick(0, node);
+                break;
+            }
         }
-        ADD_FAILURE() << "no list of row " << row << " under XY";
+        AssociationCommand(c);
     };
 
     // X (AB) under XY: every activated list of AB loses XY, the slot of AB is emptied.
     dissociate(1);
     EXPECT_EQ(catno(f, "WWW"), "");
-    EXPECT_EQ(catno(f, "XXX"), "AXY;") << "only its second entry";
-    EXPECT_EQ(StoredCategories(f, "XY").mid(0, 2), QStringList({"CD", ""}));
+    EXPECT_EQ(catno(f, "XXX"), "AXY;K;") << "only its own entry";
+    EXPECT_EQ(f.storedCategories("XY").mid(0, 2), QStringList({"CD", ""}));
     EXPECT_EQ(catno(f, "YYY"), "XY;K;") << "another code";
 
     // A list without a code goes alone.
@@ -241,12 +199,9 @@ TEST(AssociationCommand, DissociatingAListTakesItsCodeOutOfTheCatalogue) {
     EXPECT_EQ(catno(f, "ZZZ"), "XY;");
 
     // The last list under the catalogue: withdrawing it is offered; No keeps it.
-    {
-        ScriptedPrompter prompts;
-        prompts.expectMessage(LoadText(129), Buttons::YesNo, Icon::None, {}, Answer::No);
-        dissociate(3);
-    }
+    prompts.expectMessage(LoadText(129), Buttons::YesNo, Icon::None, {}, Answer::No);
+    dissociate(3);
     EXPECT_EQ(catno(f, "ZZZ"), "");
-    EXPECT_TRUE(StoredCatalogueField(f, "XY", "UTILISER").toBool());
+    EXPECT_TRUE(f.storedField("XY", "UTILISER", "CATALIST").toBool());
     EXPECT_EQ(f.cat(0).node(CatalogueKey("XY"))->childCount(), 0);
 }

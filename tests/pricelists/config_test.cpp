@@ -2,30 +2,20 @@
 
 #include "listfixture.h"
 
-#include "app/messages.h"
-#include "pricelists/configeditor.h"
-#include "pricelists/configpane.h"
-#include "pricelists/keyedtree.h"
-#include "pricelists/treeinteractions.h"
-#include "pricelists/treepanes.h"
-#include "scriptedprompter.h"
+#include "pricelists/configrules.h"
 
 #include <QApplication>
-#include <QTest>
 #include <QWindow>
-#include <gtest/gtest.h>
 
 namespace {
 
-QList<ListRow> lists() {
-    return {{"A FREINS", "AAA", true, Past, Past, "AB", false, 0.0},
-            {"B FILTRES", "BBB", true, Past, Past, "BOS", true, QVariant()},
-            {"C BOUGIES", "CCC", true, Past, Past, "CH", false, 2.0}};
-}
-
 // The fixture with the list of row 2 (C BOUGIES) shown in the pane.
 struct ShownFixture : ListFixture {
-    ShownFixture() : ListFixture(lists(), {{"ABC", "Alpha"}}) {
+    ShownFixture()
+        : ListFixture({{"A FREINS", "AAA", true, Past, Past, "AB", false, 0.0},
+                       {"B FILTRES", "BBB", true, Past, Past, "BOS", true, QVariant()},
+                       {"C BOUGIES", "CCC", true, Past, Past, "CH", false, 2.0}},
+                      {{"ABC", "Alpha"}}) {
         ui->refresh();
         show("L002");
     }
@@ -42,123 +32,93 @@ void editGroupCode(ListFixture& f, const QString& text) {
     field->setFocus();
     field->selectAll();
     field->del();
-    for (QChar c : text)
-        QTest::keyClick(field, c.toLatin1());
+    QTest::keyClicks(field, text);
 }
 
-void expectSaveQuestion(ScriptedPrompter& prompts, Answer answer) {
-    prompts.expectMessage(LoadText(61), Buttons::YesNo, Icon::Warning, QString(), answer);
-}
+// Answers No to the save question, noting whether the tree was enabled and the window's cursor.
+struct WatchingPrompter final : Prompter {
+    explicit WatchingPrompter(ListFixture& f) : f(f), previous(SetPrompter(this)) {}
+    ~WatchingPrompter() override { SetPrompter(previous); }
+    Answer messageBox(const QString& text, Buttons, Icon, const QString&) override {
+        EXPECT_EQ(text, LoadText(61));
+        seen << std::pair(f.list(0).isEnabled(), f.window->cursor().shape());
+        return Answer::No;
+    }
+    QString inputBox(const QString&, const QString&, const QString&) override { return {}; }
+    ListFixture& f;
+    Prompter* previous;
+    QList<std::pair<bool, Qt::CursorShape>> seen;
+};
+
+// Stands for a question box that takes the release of a press.
+struct ReleaseEater : QObject {
+    bool eventFilter(QObject*, QEvent* event) override {
+        return event->type() == QEvent::MouseButtonRelease;
+    }
+};
 
 } // namespace
 
-TEST(Config, AnEmptyOrZeroCostLevelIsSavedAsThree) {
-    ShownFixture f;
-    EXPECT_EQ(f.storedField("CCC", "COUTDE").toDouble(), 2.0);
-    EXPECT_TRUE(f.configPane->optDe[1]->isChecked());
-    for (const char* key : {"L000", "L001"})
-        f.show(key);
-    EXPECT_EQ(f.storedField("AAA", "COUTDE").toDouble(), 3.0);
-    EXPECT_EQ(f.storedField("BBB", "COUTDE").toDouble(), 3.0);
-    EXPECT_TRUE(f.configPane->optDe[2]->isChecked());
-    EXPECT_EQ(f.state.ConfigDirty, Dirty::None);
-}
-
-// Every kind of box of the pane is bound to its field and marks the row as changed.
+// Every kind of box of the pane is bound to its field and marks the row as changed; an empty or
+// zero cost level is saved as three as its list is shown.
 TEST(Config, EachBoxOfThePaneWritesItsFieldAndMarksTheRow) {
     ShownFixture f;
     ConfigPane& pane = *f.configPane;
     EXPECT_EQ(pane.txtConfig[PrixField::DateEff]->text(), "2026.02.01");
     EXPECT_TRUE(pane.chkCH[0]->isChecked());
-    const auto typeInto = [&](int field) {
-        pane.txtConfig[field]->setFocus();
-        QTest::keyClicks(pane.txtConfig[field], "1a2");
-        QTest::keyClick(f.window->windowHandle(), Qt::Key_Tab);
-    };
-    struct Edit {
-        const char* name;
-        std::function<void()> make;
-        int field;
-        QVariant expected; // invalid: any value but Null
-    };
-    const Edit edits[] = {
-        {"cost level", [&] { pane.optDe[0]->click(); }, PrixField::CoutDe, 1.0},
-        {"second check box", [&] { pane.chkCH[1]->click(); }, PrixField::ChDesc1 + 1, true},
-        {"department",
-         [&] {
-             pane.cmbDepart->setFocus();
-             QTest::keyClick(pane.cmbDepart, Qt::Key_Down);
-         },
-         PrixField::Departem, QVariant()},
-        {"CODENVC", [&] { typeInto(PrixField::CodeNvc); }, PrixField::CodeNvc, "12"},
-        {"CODEUNI", [&] { typeInto(PrixField::CodeUni); }, PrixField::CodeUni, "12"},
-        {"CODEACK", [&] { typeInto(PrixField::CodeAck); }, PrixField::CodeAck, "12"},
-        {"CODEUAP", [&] { typeInto(PrixField::CodeUap); }, PrixField::CodeUap, "12"},
-        {"PCT3", [&] { typeInto(PrixField::Pct3); }, PrixField::Pct3, "12"},
-    };
-    for (const Edit& edit : edits) {
-        SCOPED_TRACE(edit.name);
-        edit.make();
-        EXPECT_EQ(f.state.ConfigDirty, Dirty::Pane);
-        const QVariant value = f.rsPrixList.value(edit.field);
-        if (edit.expected.isValid())
-            EXPECT_EQ(value.toString(), edit.expected.toString());
-        else
-            EXPECT_FALSE(value.isNull());
-        f.dropChanges();
-    }
+    EXPECT_TRUE(pane.optDe[1]->isChecked());
+    pane.optDe[0]->click();
+    EXPECT_EQ(f.state.ConfigDirty, Dirty::Pane);
+    EXPECT_EQ(f.rsPrixList.value(PrixField::CoutDe).toDouble(), 1.0);
+    f.dropChanges();
+    pane.chkCH[1]->click();
+    EXPECT_EQ(f.state.ConfigDirty, Dirty::Pane);
+    EXPECT_TRUE(f.rsPrixList.value(PrixField::ChDesc1 + 1).toBool());
+    f.dropChanges();
+    pane.cmbDepart->setFocus();
+    QTest::keyClick(pane.cmbDepart, Qt::Key_Down);
+    EXPECT_EQ(f.state.ConfigDirty, Dirty::Pane);
+    EXPECT_FALSE(f.rsPrixList.value(PrixField::Departem).isNull());
+    f.dropChanges();
+    for (const char* key : {"L000", "L001"})
+        f.show(key);
+    EXPECT_EQ(f.storedField("AAA", "COUTDE").toDouble(), 3.0);
+    EXPECT_EQ(f.storedField("BBB", "COUTDE").toDouble(), 3.0);
+    EXPECT_TRUE(pane.optDe[2]->isChecked());
+    EXPECT_EQ(f.state.ConfigDirty, Dirty::None);
 }
 
+// Text fields are upper-cased and limited by field; the others take digits and the point. The
+// focus selects the whole text, so typing replaces it even in a full field; Enter moves on and
+// the value goes into the row.
 TEST(Config, TypedKeysFollowTheFieldRulesEnterMovesOnAndFocusSelectsAll) {
     ShownFixture f;
-    ConfigField* code = f.configPane->txtConfig[PrixField::CodeGro];
-    code->setText("");
-    code->setFocus();
-    QTest::keyClicks(code, "ab12c");
-    EXPECT_EQ(code->text(), "AB12");
-    QTest::keyClick(code, Qt::Key_Return);
-    EXPECT_EQ(code->text(), "AB12");
-    EXPECT_NE(QApplication::focusWidget(), code);
-
-    // Typing replaces the whole text the focus selected, even in a full field.
-    code->setText("WXYZ");
-    code->setFocus();
-    EXPECT_EQ(code->selectedText(), "WXYZ");
-    QTest::keyClicks(code, "q");
-    EXPECT_EQ(code->text(), "Q");
-    f.dropChanges();
+    const std::tuple<int, QString, QString> typings[] = {
+        {PrixField::CodeGro, "ab12c\bz", "AB1Z"}, // replaces the CH the focus selected
+        {PrixField::CodeGro, "q", "Q"},
+        {PrixField::Fournis, QString(30, 'x'), QString(25, 'X')},
+        {PrixField::FirstSubGroup + 18, "abcdefghijk", "ABCDEFGHI"}, // SGR10
+        {PrixField::FicFamille, "matrice01", "MATRICE0"},
+        {PrixField::FirstSubGroup + 1, "7x\b8", "8"}, // SGR1PCT
+        {PrixField::CodeNvc, "1a2,5%", "125"},
+        {PrixField::CodeUni, "1a2", "12"},
+        {PrixField::CodeAck, "1a2", "12"},
+        {PrixField::CodeUap, "1a2", "12"},
+        {PrixField::Pct3, "1a2", "12"},
+    };
+    for (const auto& [field, keys, expected] : typings) {
+        ConfigField* box = f.configPane->txtConfig[field];
+        box->setFocus();
+        QTest::keyClicks(box, keys);
+        EXPECT_EQ(box->text(), expected) << field;
+        QTest::keyClick(box, Qt::Key_Return);
+        EXPECT_NE(QApplication::focusWidget(), box) << field;
+        EXPECT_EQ(f.rsPrixList.value(field).toString(), expected) << field;
+        EXPECT_EQ(f.state.ConfigDirty, Dirty::Pane) << field;
+        f.dropChanges();
+    }
+    EXPECT_TRUE(ConfigKeyRule(PrixField::Pct1, 0, QChar(0x663)).typed.isNull()) << "Arabic 3";
 }
-
-namespace {
-
-// Answers the save question while noting what the window looked like when it was asked.
-class WatchingPrompter final : public Prompter {
-public:
-    WatchingPrompter(QWidget& window, QWidget& tree) : window_(window), tree_(tree) {
-        previous_ = SetPrompter(this);
-    }
-    ~WatchingPrompter() override { SetPrompter(previous_); }
-
-    Answer messageBox(const QString& text, Buttons, Icon, const QString&) override {
-        EXPECT_EQ(text, LoadText(61));
-        ++asked;
-        treeEnabled = tree_.isEnabled();
-        cursor = window_.cursor().shape();
-        return Answer::No;
-    }
-    QString inputBox(const QString&, const QString&, const QString&) override { return {}; }
-
-    int asked = 0;
-    bool treeEnabled = true;
-    Qt::CursorShape cursor = Qt::ArrowCursor;
-
-private:
-    QWidget& window_;
-    QWidget& tree_;
-    Prompter* previous_ = nullptr;
-};
-
-} // namespace
 
 // The question is asked once, with the tree disabled under the hourglass; No puts everything back.
 TEST(Config, AnsweringNoRestoresTheFieldDropsTheChangesAndUnchecksEveryList) {
@@ -167,14 +127,12 @@ TEST(Config, AnsweringNoRestoresTheFieldDropsTheChangesAndUnchecksEveryList) {
     f.state.ListMarks(0, 2) = "CCC";
     f.ui->refresh();
     f.show("L002");
-    editGroupCode(f, "ZZ");
+    editGroupCode(f, "zz");
     ASSERT_EQ(QApplication::focusWidget(), f.configPane->txtConfig[PrixField::CodeGro]);
     {
-        WatchingPrompter prompts(*f.window, f.list(0));
+        WatchingPrompter prompts(f);
         EXPECT_FALSE(f.ui->saveIfDirty());
-        EXPECT_EQ(prompts.asked, 1);
-        EXPECT_FALSE(prompts.treeEnabled);
-        EXPECT_EQ(prompts.cursor, Qt::WaitCursor);
+        EXPECT_EQ(prompts.seen, (QList{std::pair(false, Qt::WaitCursor)}));
     }
     EXPECT_TRUE(f.list(0).isEnabled());
     EXPECT_TRUE(f.list(0).hasFocus());
@@ -184,27 +142,13 @@ TEST(Config, AnsweringNoRestoresTheFieldDropsTheChangesAndUnchecksEveryList) {
     EXPECT_EQ(f.state.ConfigDirty, Dirty::None);
     EXPECT_EQ(f.state.ListMarks.selectedCount(), 0);
     EXPECT_FALSE(KeyedTree::isChecked(f.list(0).node("L000")));
-    EXPECT_FALSE(KeyedTree::isChecked(f.list(0).node("L002")));
 }
-
-// Stands for a question box that takes the release of a press.
-class ReleaseEater : public QObject {
-public:
-    explicit ReleaseEater(QWidget* target) : target_(target) { target_->installEventFilter(this); }
-    ~ReleaseEater() override { target_->removeEventFilter(this); }
-    bool eventFilter(QObject*, QEvent* event) override {
-        return event->type() == QEvent::MouseButtonRelease;
-    }
-
-private:
-    QWidget* target_;
-};
 
 // The press that takes the focus from the pane asks first; the question box then takes the
 // release. The highlighted list, the pane and the part-search prefix agree all along.
 TEST(Config, ClickingAnotherListWithChangesPendingAsksFirst) {
     ShownFixture f;
-    editGroupCode(f, "XY");
+    editGroupCode(f, "xy");
     KeyedTree& tree = f.list(0);
     QWindow* window = f.window->windowHandle();
     const QPoint other = tree.viewport()->mapTo(f.window.get(), OnText(tree, tree.node("L000")));
@@ -214,11 +158,9 @@ TEST(Config, ClickingAnotherListWithChangesPendingAsksFirst) {
         EXPECT_EQ(f.configPane->lblConfig[PrixField::Desc]->text(), "C BOUGIES") << when;
         EXPECT_EQ(f.groupCode, "XY") << when;
     };
-    {
-        ScriptedPrompter prompts;
-        expectSaveQuestion(prompts, Answer::Yes);
-        QTest::mousePress(window, Qt::LeftButton, {}, other);
-    }
+    ScriptedPrompter prompts;
+    prompts.expectMessage(LoadText(61), Buttons::YesNo, Icon::Warning, {}, Answer::Yes);
+    QTest::mousePress(window, Qt::LeftButton, {}, other);
     expectShown("after the press");
     QTest::mouseRelease(window, Qt::LeftButton, {}, other);
     expectShown("after the release");
@@ -234,15 +176,13 @@ TEST(Config, ClickingAnotherListWithChangesPendingAsksFirst) {
     EXPECT_EQ(f.groupCode, "AB");
 
     // The release goes to the question box: the next click is a whole click.
-    editGroupCode(f, "AC");
+    editGroupCode(f, "ac");
     const QPoint third = tree.viewport()->mapTo(f.window.get(), OnText(tree, tree.node("L001")));
+    prompts.expectMessage(LoadText(61), Buttons::YesNo, Icon::Warning, {}, Answer::Yes);
+    QTest::mousePress(window, Qt::LeftButton, {}, third);
     {
-        ScriptedPrompter prompts;
-        expectSaveQuestion(prompts, Answer::Yes);
-        QTest::mousePress(window, Qt::LeftButton, {}, third);
-    }
-    {
-        ReleaseEater box(tree.viewport());
+        ReleaseEater box;
+        tree.viewport()->installEventFilter(&box);
         QTest::mouseRelease(window, Qt::LeftButton, {}, third);
     }
     QTest::mouseClick(window, Qt::LeftButton, {}, third);
@@ -253,12 +193,10 @@ TEST(Config, ClickingAnotherListWithChangesPendingAsksFirst) {
 TEST(Config, AnEmptiedRequiredGroupCodeIsRefusedWithItsListAsTitle) {
     ShownFixture f;
     editGroupCode(f, "");
-    {
-        ScriptedPrompter prompts;
-        expectSaveQuestion(prompts, Answer::Yes);
-        prompts.expectMessage(LoadText(138), Buttons::Ok, Icon::None, "C BOUGIES", Answer::Ok);
-        f.ui->saveIfDirty();
-    }
+    ScriptedPrompter prompts;
+    prompts.expectMessage(LoadText(61), Buttons::YesNo, Icon::Warning, {}, Answer::Yes);
+    prompts.expectMessage(LoadText(138), Buttons::Ok, Icon::None, "C BOUGIES", Answer::Ok);
+    f.ui->saveIfDirty();
     EXPECT_EQ(f.storedField("CCC", "CODEGRO").toString(), "CH");
     EXPECT_EQ(f.rsPrixList.value(PrixField::CodeGro).toString(), "CH");
     EXPECT_EQ(f.state.ConfigDirty, Dirty::None);
@@ -266,11 +204,8 @@ TEST(Config, AnEmptiedRequiredGroupCodeIsRefusedWithItsListAsTitle) {
     // A list that needs no group code is saved without one.
     f.show("L001");
     editGroupCode(f, "");
-    {
-        ScriptedPrompter prompts;
-        expectSaveQuestion(prompts, Answer::Yes);
-        EXPECT_FALSE(f.ui->saveIfDirty());
-    }
+    prompts.expectMessage(LoadText(61), Buttons::YesNo, Icon::Warning, {}, Answer::Yes);
+    EXPECT_FALSE(f.ui->saveIfDirty());
     EXPECT_TRUE(f.storedField("BBB", "CODEGRO").isNull());
 }
 
@@ -281,16 +216,14 @@ TEST(Config, AValueTheFieldCannotHoldKeepsTheFieldAndIsNotWritten) {
     QWindow* window = f.window->windowHandle();
     ConfigField* date = f.configPane->txtConfig[PrixField::DateEff];
     const QVariant storedDate = f.rsPrixList.value(PrixField::DateEff);
+    ScriptedPrompter prompts;
     for (const auto& [text, key] :
          {std::pair{"2026.13.01", Qt::Key_Tab}, std::pair{"2026.11.5", Qt::Key_Return}}) {
         date->setFocus();
         date->selectAll();
         QTest::keyClicks(date, text);
-        {
-            ScriptedPrompter prompts;
-            prompts.expectMessage(LoadText(146), Buttons::Ok, Icon::Warning, QString(), Answer::Ok);
-            QTest::keyClick(window, key);
-        }
+        prompts.expectMessage(LoadText(146), Buttons::Ok, Icon::Warning, {}, Answer::Ok);
+        QTest::keyClick(window, key);
         EXPECT_EQ(QApplication::focusWidget(), date) << text;
         EXPECT_EQ(date->text(), text);
         EXPECT_EQ(f.rsPrixList.value(PrixField::DateEff), storedDate) << text;
@@ -312,11 +245,8 @@ TEST(Config, AValueTheFieldCannotHoldKeepsTheFieldAndIsNotWritten) {
     ASSERT_TRUE(QTest::qWaitForWindowActive(&elsewhere));
     KeyedTree& tree = f.list(0);
     const QPoint other = tree.viewport()->mapTo(f.window.get(), OnText(tree, tree.node("L000")));
-    {
-        ScriptedPrompter prompts;
-        prompts.expectMessage(LoadText(147), Buttons::Ok, Icon::Warning, QString(), Answer::Ok);
-        QTest::mouseClick(window, Qt::LeftButton, {}, other);
-    }
+    prompts.expectMessage(LoadText(147), Buttons::Ok, Icon::Warning, {}, Answer::Ok);
+    QTest::mouseClick(window, Qt::LeftButton, {}, other);
     EXPECT_EQ(f.window->focusWidget(), percent);
     EXPECT_EQ(percent->text(), "1000");
     EXPECT_EQ(KeyedTree::keyOf(tree.selectedNode()), "L002");

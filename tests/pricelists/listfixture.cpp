@@ -1,12 +1,6 @@
 #include "listfixture.h"
 
-#include "pricelists/configpane.h"
-#include "pricelists/keyedtree.h"
-#include "pricelists/treepanes.h"
-
 #include <QHBoxLayout>
-#include <QTest>
-#include <gtest/gtest.h>
 
 ListFixture::ListFixture(const QList<ListRow>& lists, const QList<CatalogueRow>& catalogues) {
     WritePrixList(dir.path(), lists);
@@ -43,23 +37,26 @@ ListFixture::ListFixture(const QList<ListRow>& lists, const QList<CatalogueRow>&
     EXPECT_TRUE(QTest::qWaitForWindowActive(window.get()));
 }
 
-ListFixture::~ListFixture() {
-    window.reset();
-}
-
-void ListFixture::rewriteLists(const QList<ListRow>& lists) {
-    WritePrixList(dir.path(), lists);
-    rsPrixList.requery();
-}
-
-QVariant ListFixture::storedField(const QString& fichier, const QString& field) {
+QVariant ListFixture::storedField(const QString& fichier, const QString& field, const char* table) {
     Recordset fresh;
-    fresh.open(QStringLiteral("SELECT * FROM PRIXLIST"), conn, CursorType::Keyset,
+    fresh.open(QStringLiteral("SELECT * FROM ") + QLatin1String(table), conn, CursorType::Keyset,
                LockType::Optimistic);
     fresh.find(QStringLiteral("FICHIER = '%1'").arg(fichier), 0, SearchDirection::Forward,
                MoveStart::First);
     EXPECT_FALSE(fresh.eof()) << fichier.toStdString();
     return fresh.eof() ? QVariant() : fresh.value(field);
+}
+
+QStringList ListFixture::storedCategories(const QString& fichier) {
+    QStringList codes;
+    for (int n = 1; n <= 9; ++n)
+        codes << storedField(fichier, QStringLiteral("GRL%1").arg(n), "CATALIST").toString();
+    return codes;
+}
+
+ListCommandContext ListFixture::commands() {
+    return {*ui,         state, *listPane, *catPane, {rsPrixList, rsCataList, nullptr, &binding},
+            window.get()};
 }
 
 KeyedTree& ListFixture::list(int i) const {
@@ -70,7 +67,7 @@ KeyedTree& ListFixture::cat(int i) const {
     return *catPane->tvwCat.at(i);
 }
 
-QStringList ListFixture::keys(const KeyedTree& tree) const {
+QStringList Keys(const KeyedTree& tree) {
     QStringList keys;
     for (int i = 0; i < tree.topLevelItemCount(); ++i)
         keys << KeyedTree::keyOf(tree.topLevelItem(i));

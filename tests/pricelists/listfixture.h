@@ -1,44 +1,43 @@
 #pragma once
 
-// A small installation for the price-list tests: PRIXLIST and CATALIST written in a temporary
-// directory, the two recordsets opened on them as the program opens them, and the three panes
-// with their logic composed as the main window composes them.
+// A small installation for the price-list tests, with what every test of them uses: PRIXLIST and
+// CATALIST written in a temporary directory, the two recordsets opened on them as the program opens
+// them, and the three panes with their logic composed as the main window composes them.
 
 #include "listtables.h"
+#include "scriptedprompter.h"
 
+#include "app/messages.h"
 #include "data/fieldbinding.h"
 #include "dbase/connection.h"
 #include "dbase/recordset.h"
+#include "pricelists/configpane.h"
+#include "pricelists/keyedtree.h"
+#include "pricelists/listcommands.h"
 #include "pricelists/pricelistsui.h"
+#include "pricelists/treepanes.h"
 
-#include <QDate>
 #include <QTemporaryDir>
-#include <QVariant>
+#include <QTest>
 #include <QWidget>
+#include <gtest/gtest.h>
 #include <memory>
 #include <optional>
-
-class CatTreePane;
-class ConfigPane;
-class KeyedTree;
-class ListTreePane;
-class QTreeWidgetItem;
-class QPoint;
 
 class ListFixture {
 public:
     ListFixture(const QList<ListRow>& lists, const QList<CatalogueRow>& catalogues);
-    ~ListFixture();
 
-    // Rewrites PRIXLIST and reads it again, as after another workstation's change.
-    void rewriteLists(const QList<ListRow>& lists);
-    // A PRIXLIST field of the row of a file code, as stored in the table now.
-    QVariant storedField(const QString& fichier, const QString& field);
+    // A field of the row of a file code in PRIXLIST (or CATALIST), as stored in the table now.
+    QVariant storedField(const QString& fichier, const QString& field,
+                         const char* table = "PRIXLIST");
+    // GRL1 to GRL9 of a catalogue as stored, each as text (empty for Null).
+    QStringList storedCategories(const QString& fichier);
+    // The context the main window hands the list commands.
+    ListCommandContext commands();
 
     KeyedTree& list(int i) const;
     KeyedTree& cat(int i) const;
-    // Texts of the top-level nodes of a tree, in order.
-    QStringList keys(const KeyedTree& tree) const;
     // Shows a list as a click on its node in the first tree does.
     void show(const QString& key);
 
@@ -61,5 +60,7 @@ public:
     std::optional<bool> listUnderCatalogue;
 };
 
+// Texts of the top-level nodes of a tree, in order.
+QStringList Keys(const KeyedTree& tree);
 // A point on the text of a node, well clear of its check box.
 QPoint OnText(KeyedTree& tree, QTreeWidgetItem* node);

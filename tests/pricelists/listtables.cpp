@@ -48,20 +48,15 @@ void WritePrixList(const QString& directory, const QList<ListRow>& rows) {
     NewTable table;
     table.fields = prixListFields();
     for (const ListRow& r : rows) {
-        QVariantList values(table.fields.size());
-        values[0] = r.utiliser;
-        values[1] = r.desc;
-        values[2] = r.fichier;
-        values[3] = dateValue(r.dateEff);
-        values[4] = dateValue(r.dateStk);
-        values[5] = textValue(r.codeGro);
-        values[6] = r.pasObliger;
-        for (int k = 0; k < 4; ++k)
-            values[7 + k] = textValue(r.codes[k]);
-        values[11] = r.coutDe;
-        values[17] = true;
-        values[18] = false;
+        QVariantList values = {r.utiliser, r.desc, r.fichier, dateValue(r.dateEff)};
+        values << dateValue(r.dateStk) << textValue(r.codeGro) << r.pasObliger;
+        for (const QString& code : r.codes)
+            values << textValue(code);
+        values << r.coutDe;
+        values.resize(table.fields.size());
         values[16] = textValue(r.departem);
+        values[17] = true; // CH_DESC1, CH_DESC2, CH_COUT
+        values[18] = false;
         values[19] = true;
         values[20] = textValue(r.fournis);
         values[44] = textValue(r.ficFamille);

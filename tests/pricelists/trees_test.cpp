@@ -1,20 +1,13 @@
-// The trees built from small PRIXLIST and CATALIST tables.
+// The trees built from small PRIXLIST and CATALIST tables, and the rules they follow.
 
 #include "listfixture.h"
 
 #include "app/appstate.h"
-#include "app/messages.h"
-#include "pricelists/configpane.h"
 #include "pricelists/imagelist.h"
-#include "pricelists/keyedtree.h"
 #include "pricelists/programend.h"
-#include "pricelists/treebuilder.h"
-#include "pricelists/treepanes.h"
-#include "scriptedprompter.h"
 
 #include <QFontInfo>
 #include <QScrollBar>
-#include <gtest/gtest.h>
 
 namespace {
 
@@ -27,9 +20,12 @@ QList<ListRow> dateCases() {
         {"B STK NULL", "BBB", true, Past, {}, "BOS", false, 1.0, "MATB"},
         {"C EFF NULL", "CCC", true, {}, Past},
         {"D TODAY", "DDD", true, FixtureToday, FixtureToday},
-        {"E TOMORROW", "EEE", true, Tomorrow, Past},
+        {"E TOMORROW, A DESC OF FORTY CHARACTERS.", "EEE", true, Tomorrow, Past, "EE"},
         {"F OFF", "FFF", false, Tomorrow, {}, "", false, 1.0, "", "ABC;"},
         {"G UP TO DATE", "GGG", true, Past, Past},
+        {"H DATES DIFFER", "HHH", true, Past.addDays(-3), Past}, // DATESTK the later
+        {"I TODAY DATES DIFFER", "III", true, FixtureToday, Past},
+        {"J TOMORROW STK NULL", "JJJ", true, Tomorrow},
     };
 }
 
@@ -44,20 +40,30 @@ TEST(Trees, EachListGoesToTheBranchesOfItsDates) {
     f.state.ListMarks.redim(7);
     f.state.ListMarks(1, 5) = "1"; // left by a list that was there before
     f.ui->refresh();
-    EXPECT_EQ(f.keys(f.list(0)), (QStringList{"L000", "L001", "L002", "L003", "L004", "L006"}));
-    EXPECT_EQ(f.keys(f.list(1)), (QStringList{"L000", "L001"}));
-    EXPECT_EQ(f.keys(f.list(2)), (QStringList{"L004"}));
-    EXPECT_EQ(f.keys(f.list(3)), (QStringList{"L005"}));
+    EXPECT_EQ(Keys(f.list(0)), (QStringList{"L000", "L001", "L002", "L003", "L004", "L006", "L007",
+                                            "L008", "L009"}));
+    EXPECT_EQ(Keys(f.list(1)), (QStringList{"L000", "L001", "L007", "L008"}));
+    EXPECT_EQ(Keys(f.list(2)), (QStringList{"L004", "L009"}));
+    EXPECT_EQ(Keys(f.list(3)), (QStringList{"L005"}));
     EXPECT_EQ(f.list(0).node("L000")->foreground(0).color(), ToQColor(ColorToUpdate));
-    EXPECT_EQ(f.list(0).node("L001")->text(0), ListNodeText("B STK NULL", "BOS", "MATB"));
+    // Desc and group code padded into columns, the matrix after them; a long desc shown whole.
+    const auto text = [&](const char* key) { return f.list(0).node(key)->text(0); };
+    EXPECT_EQ(text("L001"), QString("B STK NULL").leftJustified(34) + "BOS  MATB");
+    EXPECT_EQ(text("L002"), QString("C EFF NULL").leftJustified(39));
+    EXPECT_EQ(text("L004"), "E TOMORROW, A DESC OF FORTY CHARACTERS.EE   ");
 
-    EXPECT_EQ(f.state.ListMarks.upperBound(), 7);
-    for (int row = 0; row < 7; ++row)
-        EXPECT_EQ(f.state.ListMarks(1, row), row <= 1 ? "1" : "") << row;
+    EXPECT_EQ(f.state.ListMarks.upperBound(), 10);
+    for (int row = 0; row < 10; ++row)
+        EXPECT_EQ(f.state.ListMarks(1, row), f.list(1).node(ListKey(row)) ? "1" : "") << row;
     // The pane is tied to the row again once the rows are walked.
     EXPECT_TRUE(f.binding.isBound());
-    EXPECT_TRUE(f.list(0).isVisible());
-    EXPECT_FALSE(f.list(3).isVisible());
+
+    // The list selected is selected and shown again after a rebuild.
+    f.list(0).selectNode(f.list(0).node("L006"));
+    f.ui->refresh();
+    EXPECT_EQ(KeyedTree::keyOf(f.list(0).selectedNode()), "L006");
+    EXPECT_EQ(f.state.CurrentListRow, 6);
+    EXPECT_EQ(f.configPane->lblConfig[1]->text(), "G UP TO DATE");
 }
 
 TEST(Trees, CatalogueTreesHoldTheAssociatedActivatedLists) {
@@ -67,16 +73,18 @@ TEST(Trees, CatalogueTreesHoldTheAssociatedActivatedLists) {
         {"C ONE CATALOGUE", "CCC", true, Past, {}, "", false, 1.0, "", "ABC;"},
         {"D NOT ACTIVATED", "DDD", false, Past, Past, "", false, 1.0, "", "XY;"},
     };
+    const QDate older = Past.addDays(-1);
     QList<CatalogueRow> cats = {{"ABC", "Alpha"},
                                 {"XY", "Xray"},
-                                {"Q", "Quebec"},
-                                {"Z", "Zulu", false},
-                                {"UPD", "Update me", true, Past, Past.addDays(-1)}};
+                                {"Q", "Quebec", true, {}, Past},
+                                {"Z", "Zulu", false, Past, older},
+                                {"UPD", "Update me", true, Past, older},
+                                {"NEW", "New", true, Past}};
     ListFixture f(lists, cats);
     f.ui->refresh();
 
-    EXPECT_EQ(f.keys(f.cat(0)), (QStringList{"CABC", "C  Q", "CUPD", "C XY"}));
-    EXPECT_EQ(f.keys(f.cat(1)), (QStringList{"C  Z"}));
+    EXPECT_EQ(Keys(f.cat(0)), (QStringList{"CABC", "CNEW", "C  Q", "CUPD", "C XY"}));
+    EXPECT_EQ(Keys(f.cat(1)), (QStringList{"C  Z"}));
     QTreeWidgetItem* abc = f.cat(0).node("CABC");
     ASSERT_EQ(abc->childCount(), 2);
     EXPECT_EQ(KeyedTree::keyOf(abc->child(0)), "L0000");
@@ -91,9 +99,10 @@ TEST(Trees, CatalogueTreesHoldTheAssociatedActivatedLists) {
     EXPECT_EQ(KeyedTree::colorOf(f.cat(0).node("C  Q")), ColorUpToDate);
     EXPECT_TRUE(f.cat(0).node("C  Q")->icon(0).isNull());
 
-    // Catalist ticks the catalogues to update, and only those.
-    EXPECT_EQ(f.state.CheckedCatCount, 1);
+    // Catalist ticks the activated catalogues whose DATEEFF is set and differs, and only those.
+    EXPECT_EQ(f.state.CheckedCatCount, 2);
     EXPECT_TRUE(KeyedTree::isChecked(f.cat(0).node("CUPD")));
+    EXPECT_TRUE(KeyedTree::isChecked(f.cat(0).node("CNEW")));
     EXPECT_FALSE(KeyedTree::isChecked(abc));
 }
 
@@ -112,7 +121,8 @@ TEST(Trees, ListMarksSurviveARebuildAndShiftWhenAListIsAdded) {
 
     // A list sorted before D arrives: the mark stays on row 1, which is now C.
     lists.insert(1, {"C LIST", "CCC", true, Past, Past});
-    f.rewriteLists(lists);
+    WritePrixList(f.dir.path(), lists); // as another workstation would
+    f.rsPrixList.requery();
     f.ui->refresh();
     EXPECT_EQ(f.state.ListCount, 4);
     EXPECT_TRUE(KeyedTree::isChecked(f.list(0).node("L001"))) << "now C LIST";
@@ -120,23 +130,6 @@ TEST(Trees, ListMarksSurviveARebuildAndShiftWhenAListIsAdded) {
     // D, to be updated, moved to row 2; row 1's update mark went with the list now there.
     EXPECT_EQ(f.state.ListMarks(1, 1), "");
     EXPECT_EQ(f.state.ListMarks(1, 2), "1");
-}
-
-TEST(Trees, EmptyPriceListGivesEmptyTreesAndOneMarkRow) {
-    ListFixture f({}, catalogues());
-    f.ui->refresh();
-    EXPECT_EQ(f.list(0).topLevelItemCount() + f.list(3).topLevelItemCount(), 0);
-    EXPECT_EQ(f.state.ListMarks.upperBound(), 0);
-}
-
-TEST(Trees, SelectionIsRestoredThroughNodeclick) {
-    ListFixture f(dateCases(), catalogues());
-    f.ui->refresh();
-    f.list(0).selectNode(f.list(0).node("L006"));
-    f.ui->refresh();
-    EXPECT_EQ(KeyedTree::keyOf(f.list(0).selectedNode()), "L006");
-    EXPECT_EQ(f.state.CurrentListRow, 6);
-    EXPECT_EQ(f.configPane->lblConfig[1]->text(), "G UP TO DATE");
 }
 
 // A list naming a catalogue the trees do not hold sends the table back to the conversion, once,
@@ -147,33 +140,31 @@ TEST(Trees, CatalogueCodeWithoutNodeRestartsTheConversion) {
     ListFixture f(lists, catalogues());
     int restarts = 0;
     const ConversionRestart former = SetConversionRestart([&] { ++restarts; });
-    {
-        ScriptedPrompter prompts; // the conversion speaks for itself
-        f.ui->refresh();
-    }
+    f.ui->refresh(); // the conversion speaks for itself: no box here
     SetConversionRestart(former);
     EXPECT_EQ(restarts, 1);
     EXPECT_EQ(f.list(0).node("L001"), nullptr);
 }
 
 // A catalogue code given twice, and an activated catalogue that has no node (no code at all),
-// are reported in their procedures' boxes; the other catalogues are built and ticked.
+// are reported in their procedures' boxes; the other catalogues are built and ticked. No list
+// gives empty trees and one mark row.
 TEST(Trees, DuplicateOrMissingCatalogueNodesAreReported) {
     const QDate older = Past.addDays(-1);
     ListFixture f({}, {{"ABC", "Alpha"},
                        {"ABC", "Alpha again"},
                        {"", "No code", true, Past, older},
                        {"XY", "Xray", true, Past, older}});
-    {
-        ScriptedPrompter prompts;
-        prompts.expectMessage("ErrSetupCat: 35602\nKey is not unique in collection\n" +
-                              App().ContactLine);
-        prompts.expectMessage("errCatalist:35601\nElement not found\n" + App().ContactLine);
-        f.ui->refresh();
-    }
-    EXPECT_EQ(f.keys(f.cat(0)), (QStringList{"CABC", "C XY"}));
+    ScriptedPrompter prompts;
+    prompts.expectMessage("ErrSetupCat: 35602\nKey is not unique in collection\n" +
+                          App().ContactLine);
+    prompts.expectMessage("errCatalist:35601\nElement not found\n" + App().ContactLine);
+    f.ui->refresh();
+    EXPECT_EQ(Keys(f.cat(0)), (QStringList{"CABC", "C XY"}));
     EXPECT_EQ(f.state.CheckedCatCount, 1);
     EXPECT_TRUE(KeyedTree::isChecked(f.cat(0).node("C XY")));
+    EXPECT_EQ(f.list(0).topLevelItemCount() + f.list(3).topLevelItemCount(), 0);
+    EXPECT_EQ(f.state.ListMarks.upperBound(), 0);
 }
 
 // The headings are padded as the node texts are and drawn in the trees' fixed-pitch font, from
@@ -203,4 +194,26 @@ TEST(Trees, ColumnHeadingsStandOverTheColumnsOfTheNodes) {
     tree.resize(150, tree.height()); // narrow: the tree scrolls sideways, the heading with it
     tree.horizontalScrollBar()->setValue(20);
     EXPECT_EQ(headingLeft(), nodeTextLeft());
+}
+
+// The trees show the values as the table reads them; blanks kept after a value do not count.
+TEST(TreeRules, BlanksAfterAValueDoNotPushTheColumns) {
+    EXPECT_EQ(ListNodeText("A   ", "AB  ", "M  "), ListNodeText("A", "AB", "M"));
+}
+
+// The trees apply the date rules to activated lists; the download's list reads this too.
+TEST(TreeRules, AListNotActivatedIsInNoBranch) {
+    const QDate today(2026, 3, 16);
+    const ListBranches off = BranchesOf(false, std::nullopt, today.addDays(1), today);
+    EXPECT_EQ(off.color, ColorInactive);
+    EXPECT_FALSE(off.activated || off.toUpdate || off.upcoming);
+}
+
+TEST(TreeRules, CatnoIsReadCodeByCodeUpToEachSemicolon) {
+    EXPECT_EQ(CatnoCodes("ABC;XYZ;"), (QStringList{"ABC", "XYZ"}));
+    EXPECT_EQ(CatnoCodes("ABC;XYZ"), (QStringList{"ABC"}));
+    EXPECT_TRUE(CatnoCodes("ABC").isEmpty());
+    EXPECT_TRUE(CatnoCodes("").isEmpty());
+    EXPECT_TRUE(CatnoCodes(";ABC;").isEmpty());
+    EXPECT_EQ(CatnoCodes("AB;;XYZ;"), (QStringList{"AB"}));
 }
