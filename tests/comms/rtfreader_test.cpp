@@ -3,7 +3,6 @@
 #include <QStringList>
 #include <QTextBlock>
 #include <QTextDocument>
-#include <QTextEdit>
 #include <gtest/gtest.h>
 #include <ostream>
 
@@ -33,16 +32,41 @@ QString Read(const QString& rtf) {
     return Read(rtf, document);
 }
 
-// The format of the piece of text that holds `text`.
-QTextCharFormat FormatOf(const QTextDocument& document, const QString& text) {
+// The marks of a character format: b(old), i(talic), u(nderline), s(trike-out), the size, the
+// family, the colour and the highlight.
+QString Marks(const QTextCharFormat& format) {
+    const auto has = [&format](QTextFormat::Property property) {
+        return format.hasProperty(property);
+    };
+    QStringList marks = {
+        format.fontWeight() == QFont::Bold ? "b" : "",
+        format.fontItalic() ? "i" : "",
+        format.fontUnderline() ? "u" : "",
+        format.fontStrikeOut() ? "s" : "",
+        has(QTextFormat::FontPointSize) ? QStringLiteral("%1pt").arg(format.fontPointSize()) : "",
+        has(QTextFormat::FontFamilies) ? format.fontFamilies().toStringList().join(u',') : "",
+        has(QTextFormat::ForegroundBrush) ? format.foreground().color().name() : "",
+        has(QTextFormat::BackgroundBrush)
+            ? QStringLiteral("on %1").arg(format.background().color().name())
+            : ""};
+    marks.removeAll(QString());
+    return marks.join(u' ');
+}
+
+// The document's pieces of text, each as "text|marks".
+QStringList Pieces(const QTextDocument& document) {
+    QStringList pieces;
     for (QTextBlock block = document.begin(); block.isValid(); block = block.next()) {
-        for (auto it = block.begin(); !it.atEnd(); ++it) {
-            if (it.fragment().text().contains(text))
-                return it.fragment().charFormat();
-        }
+        for (auto it = block.begin(); !it.atEnd(); ++it)
+            pieces << it.fragment().text() + u'|' + Marks(it.fragment().charFormat());
     }
-    ADD_FAILURE() << "no text " << text.toStdString();
-    return {};
+    return pieces;
+}
+
+QStringList PiecesOf(const QString& rtf) {
+    QTextDocument document;
+    ReadRtf(rtf, document);
+    return Pieces(document);
 }
 
 QTextBlockFormat BlockOf(const QTextDocument& document, const QString& text) {
@@ -58,21 +82,6 @@ TEST(RtfReader, RichTextIsToldFromPlainTextByItsFirstCharacters) {
     EXPECT_TRUE(IsRichText(u"{\\rtf1 x}"));
     EXPECT_FALSE(IsRichText(u" {\\rtf1 x}"));
     EXPECT_FALSE(IsRichText(u"{\\RTF1 x}"));
-    EXPECT_FALSE(IsRichText(u"Prix en baisse {\\rtf"));
-}
-
-TEST(RtfReader, PlainTextAfterRichTextTakesNoneOfItsFormat) {
-    QTextEdit box;
-    box.setReadOnly(true);
-    SetNewsletterText(*box.document(), QStringLiteral("{\\rtf1{\\colortbl;\\red255\\green0"
-                                                      "\\blue0;}\\b\\i\\cf1\\fs40 Rouge}"));
-    EXPECT_EQ(FormatOf(*box.document(), "Rouge").fontWeight(), QFont::Bold);
-    SetNewsletterText(*box.document(), QStringLiteral("Texte simple"));
-    const QTextCharFormat plain = FormatOf(*box.document(), "Texte simple");
-    EXPECT_EQ(plain.fontWeight(), QFont::Normal);
-    EXPECT_FALSE(plain.fontItalic());
-    EXPECT_FALSE(plain.hasProperty(QTextFormat::ForegroundBrush));
-    EXPECT_FALSE(plain.hasProperty(QTextFormat::FontPointSize));
 }
 
 TEST(RtfReader, ParagraphsLinesTabsAndEscapes) {
@@ -111,52 +120,23 @@ TEST(RtfReader, ParagraphFormatsApplyToTheParagraphTheyEnd) {
 }
 
 TEST(RtfReader, CharacterFormatsToggleAndGroupsRestoreThem) {
-    QTextDocument document;
-    Read("{\\rtf1 avant {\\b gras {\\i grasitalique} gras2} \\ul souligne\\ul0 "
-         "\\strike barre\\strike0 \\b1 G\\b0 N \\i\\ul\\b tout\\plain rien}",
-         document);
-    EXPECT_EQ(FormatOf(document, "avant").fontWeight(), QFont::Normal);
-    EXPECT_EQ(FormatOf(document, "gras2").fontWeight(), QFont::Bold);
-    EXPECT_FALSE(FormatOf(document, "gras2").fontItalic()) << "the inner group's italic ended";
-    const QTextCharFormat both = FormatOf(document, "grasitalique");
-    EXPECT_EQ(both.fontWeight(), QFont::Bold);
-    EXPECT_TRUE(both.fontItalic());
-    EXPECT_TRUE(FormatOf(document, "souligne").fontUnderline());
-    EXPECT_FALSE(FormatOf(document, "barre").fontUnderline());
-    EXPECT_TRUE(FormatOf(document, "barre").fontStrikeOut());
-    EXPECT_EQ(FormatOf(document, "G").fontWeight(), QFont::Bold);
-    EXPECT_EQ(FormatOf(document, "N").fontWeight(), QFont::Normal);
-    EXPECT_TRUE(FormatOf(document, "tout").fontUnderline());
-    const QTextCharFormat plain = FormatOf(document, "rien");
-    EXPECT_EQ(plain.fontWeight(), QFont::Normal);
-    EXPECT_FALSE(plain.fontItalic());
-    EXPECT_FALSE(plain.fontUnderline());
+    EXPECT_EQ(PiecesOf("{\\rtf1 avant {\\b gras {\\i grasitalique} gras2} \\ul souligne\\ul0 "
+                       "\\strike barre\\strike0 \\b1 G\\b0 N \\i\\ul\\b tout\\plain rien}"),
+              QStringList({"avant |", "gras |b", "grasitalique|b i", " gras2|b", " |", "souligne|u",
+                           "barre|s", "G|b", "N |", "tout|b i u", "rien|"}));
 }
 
+// \deff names the font of text without \f; colour 0 and colours the table lacks are the
+// automatic colour; \fs0 is ignored; the tables' texts are not shown.
 TEST(RtfReader, FontSizesFamiliesAndColoursComeFromTheTables) {
-    QTextDocument document;
-    Read("{\\rtf1\\ansi\\deff1{\\fonttbl{\\f0\\fswiss Arial;}{\\f1\\froman Times New Roman;}}"
-         "{\\colortbl;\\red255\\green0\\blue0;\\red0\\green0\\blue128;}"
-         "Defaut \\f0\\fs32 Grand {\\cf1 Rouge} {\\cf2\\highlight1 Marine} {\\cf9 Hors} "
-         "\\fs0 Garde \\plain Simple}",
-         document);
-    EXPECT_EQ(TextOf(document), "Defaut Grand Rouge Marine Hors Garde Simple")
-        << "the tables' texts are not shown";
-    EXPECT_EQ(FormatOf(document, "Defaut").fontFamilies().toStringList(),
-              QStringList("Times New Roman"))
-        << "\\deff names the font of text without \\f";
-    const QTextCharFormat big = FormatOf(document, "Grand");
-    EXPECT_EQ(big.fontFamilies().toStringList(), QStringList("Arial"));
-    EXPECT_DOUBLE_EQ(big.fontPointSize(), 16);
-    EXPECT_EQ(FormatOf(document, "Rouge").foreground().color(), QColor(255, 0, 0));
-    EXPECT_FALSE(FormatOf(document, "Grand").hasProperty(QTextFormat::ForegroundBrush))
-        << "colour 0 is the automatic colour";
-    EXPECT_EQ(FormatOf(document, "Marine").foreground().color(), QColor(0, 0, 128));
-    EXPECT_EQ(FormatOf(document, "Marine").background().color(), QColor(255, 0, 0));
-    EXPECT_FALSE(FormatOf(document, "Hors").hasProperty(QTextFormat::ForegroundBrush))
-        << "a colour the table lacks is the automatic colour";
-    EXPECT_DOUBLE_EQ(FormatOf(document, "Garde").fontPointSize(), 16) << "\\fs0 is ignored";
-    EXPECT_FALSE(FormatOf(document, "Simple").hasProperty(QTextFormat::FontPointSize));
+    EXPECT_EQ(
+        PiecesOf("{\\rtf1\\ansi\\deff1{\\fonttbl{\\f0\\fswiss Arial;}{\\f1\\froman Times New "
+                 "Roman;}}{\\colortbl;\\red255\\green0\\blue0;\\red0\\green0\\blue128;}"
+                 "Defaut \\f0\\fs32 Grand {\\cf1 Rouge} {\\cf2\\highlight1 Marine} {\\cf9 Hors} "
+                 "\\fs0 Garde \\plain Simple}"),
+        QStringList({"Defaut |Times New Roman", "Grand |16pt Arial", "Rouge|16pt Arial #ff0000",
+                     " |16pt Arial", "Marine|16pt Arial #000080 on #ff0000",
+                     " Hors Garde |16pt Arial", "Simple|Times New Roman"}));
 }
 
 // The text of each rich text, and why it reads so.
@@ -209,7 +189,7 @@ TEST(RtfReader, TextOfCodePagesUnicodeSkippedDestinationsAndDamage) {
     }
     QTextDocument document;
     Read("{\\rtf1 \\fs65000 \\li40000 x}", document);
-    EXPECT_DOUBLE_EQ(FormatOf(document, "x").fontPointSize(), 1638);
+    EXPECT_EQ(Pieces(document), QStringList("x|1638pt"));
     EXPECT_DOUBLE_EQ(BlockOf(document, "x").leftMargin(), 31680 / 15.0);
 }
 
@@ -219,9 +199,7 @@ TEST(RtfReader, DeepNestingIsReadWithoutDeepRecursionOrMemory) {
         "{\\rtf1 debut" + QString(depth, u'{') + "profond" + QString(depth, u'}') + " fin}";
     EXPECT_EQ(Read(rtf), "debut fin") << "the text of groups nested too deep is left out";
     const QString shallow = "{\\rtf1 a" + QString(50, u'{') + "\\b b" + QString(50, u'}') + "c}";
-    QTextDocument document;
-    EXPECT_EQ(Read(shallow, document), "abc");
-    EXPECT_EQ(FormatOf(document, "c").fontWeight(), QFont::Normal);
+    EXPECT_EQ(PiecesOf(shallow), QStringList({"a|", "b|b", "c|"}));
 }
 
 } // namespace
