@@ -14,7 +14,7 @@ namespace {
 
 class ProgramUpdateTest : public SessionTest {
 protected:
-    ProgramUpdateTest() { server.answerStart("s", "2005.1.1"); }
+    ProgramUpdateTest() { server.answerStart("s", "2004.3.10"); }
 
     // A session in which the dealer accepts the offer and the server sends content as
     // UPDATE.EXE.
@@ -30,6 +30,18 @@ protected:
 };
 
 } // namespace
+
+TEST_F(ProgramUpdateTest, DeclinedTheSessionGoesOnAndTheCompanionsNewVersionsAreShown) {
+    prompts.expectMessage(Offer, Answer::No);
+    session->SetupEnv();
+    runSession();
+    EXPECT_TRUE(updater.started.isEmpty());
+    EXPECT_EQ(view.reports, QStringList{ReportEnd});
+    // The server offers Partdex 1.0 and Ledgermaker 2.0 against 5.2.1 and 3.8.0.
+    EXPECT_EQ(view.captions[4], QStringLiteral("Partdex 1.0 disponible"));
+    EXPECT_EQ(view.captions[5], QStringLiteral("Ledgermaker 2.0 disponible"));
+    EXPECT_TRUE(view.bold[4] && view.bold[5]);
+}
 
 // The demo updater, signed with the demo key this build accepts, arrives, is stripped of its
 // signature and started; the program ends without showing the report.

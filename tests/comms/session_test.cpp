@@ -3,11 +3,12 @@
 #include "app/appstate.h"
 #include "app/messages.h"
 #include "sessionfixture.h"
+#include "support/faildevice.h"
 #include "testfiles.h"
 
+#include <QBuffer>
 #include <QFile>
 #include <QRegularExpression>
-#include <QTcpServer>
 #include <QTimer>
 #include <algorithm>
 #include <functional>
@@ -22,25 +23,6 @@ QByteArray awkwardContent(int repeats) {
             bytes.append(char(b));
     return bytes;
 }
-
-// A device that takes a given number of bytes and then fails, as a full disk does.
-class FullDisk : public QIODevice {
-public:
-    explicit FullDisk(qint64 room) : room_(room) { open(QIODevice::WriteOnly); }
-
-protected:
-    qint64 readData(char*, qint64) override { return -1; }
-    qint64 writeData(const char*, qint64 size) override {
-        if (pos() + size > room_) {
-            setErrorString(QStringLiteral("No space left on device"));
-            return -1;
-        }
-        return size;
-    }
-
-private:
-    qint64 room_;
-};
 
 } // namespace
 
@@ -194,28 +176,13 @@ TEST_F(SessionTest, WrongSizedStartFileLeavesTheSessionIdle) {
     EXPECT_TRUE(view.reports.isEmpty()); // the stop closes silently
 }
 
-TEST_F(SessionTest, ProgramUpdateOfferedAndDeclined) {
-    server.answerStart("s", "2004.3.10");
-    const QString question =
-        LoadText(65) + QStringLiteral("\r\nVersion: 2004.3.2\r\n\r\n") + LoadText(66);
-    prompts.expectMessage(question, Answer::No);
-    session->SetupEnv();
-
-    runSession();
-
-    EXPECT_TRUE(updater.started.isEmpty());
-    EXPECT_EQ(view.reports, QStringList{ReportEnd});
-    // The server offers Partdex 1.0 and Ledgermaker 2.0 against 5.2.1 and 3.8.0.
-    EXPECT_EQ(view.captions[4], QStringLiteral("Partdex 1.0 disponible"));
-    EXPECT_EQ(view.captions[5], QStringLiteral("Ledgermaker 2.0 disponible"));
-    EXPECT_TRUE(view.bold[4] && view.bold[5]);
-}
-
 TEST_F(SessionTest, UnwritableDestinationIsToldToTheServer) {
     server.answerStart("s", "2004.3.2");
     server.answer("LISTEALP", ScriptedServer::file("LISTE", QByteArray(4000, 'a')));
     server.answer("LISTEBET", ScriptedServer::file("LISTE", QByteArray(4000, 'b')));
     const QString listFile = prg(QStringLiteral("NVLISTE.ARJ"));
+    QBuffer sink; // behind a disk that is full after 1000 bytes
+    sink.open(QIODevice::WriteOnly);
     int lists = 0;
     session->setFileOpener([&](const QString& path) -> std::unique_ptr<QIODevice> {
         if (path != listFile) {
@@ -225,7 +192,7 @@ TEST_F(SessionTest, UnwritableDestinationIsToldToTheServer) {
         }
         if (++lists == 1) // a directory that cannot be written
             return std::make_unique<QFile>(install.drive() + QStringLiteral("/missing/x"));
-        return std::make_unique<FullDisk>(1000);
+        return std::make_unique<FailDevice>(sink, 1000);
     });
     chooseAlphaAndBeta();
 
@@ -252,8 +219,8 @@ TEST_F(SessionTest, SocketErrorsByWinsockNumber) {
     EXPECT_EQ(view.reports, (QStringList{ReportEnd, ReportEnd}));
 }
 
-// Versions that cannot be split, a server closing during the start file and a refused
-// connection: the session closes with a report of its end line alone.
+// Versions that cannot be split and a server closing during the start file: the session
+// closes with a report of its end line alone.
 TEST_F(SessionTest, SessionsThatEndBeforeAnyItemReportOnlyTheEndLine) {
     const auto badVersions = [&] {
         server.answer("BATI3", ScriptedServer::file("BATI3", "s"));
@@ -266,17 +233,9 @@ TEST_F(SessionTest, SessionsThatEndBeforeAnyItemReportOnlyTheEndLine) {
         start.closeAfter = 100;
         server.answer("BATI3", start);
     };
-    QTcpServer closed;
-    closed.listen(QHostAddress::LocalHost, 0);
-    const auto refused = [&] {
-        App().Settings.Port = qint16(closed.serverPort());
-        closed.close();
-        prompts.expectMessage(LoadText(59), Buttons::Ok, Icon::Critical, QString(), Answer::Ok);
-    };
     for (const auto& [name, setUp] :
          {std::pair{"versions not split", std::function(badVersions)},
-          std::pair{"closed in the start file", std::function(closingStart)},
-          std::pair{"refused", std::function(refused)}}) {
+          std::pair{"closed in the start file", std::function(closingStart)}}) {
         SCOPED_TRACE(name);
         view.reports.clear();
         setUp();
