@@ -61,12 +61,8 @@ void writeTables(const TempInstall& install) {
 
 } // namespace
 
-QString FixedTime() {
-    return SessionText::ReportTime(QTime(14, 32, 5));
-}
-
 QString ReportLine(const QString& text) {
-    return FixedTime() + text + QStringLiteral("\r\n");
+    return SessionText::ReportTime(QTime(14, 32, 5)) + text + QStringLiteral("\r\n");
 }
 
 DownloadChoice RecordingView::downloadChoice() {

@@ -21,8 +21,8 @@
 // Records what the session shows.
 class RecordingView : public SessionView {
 public:
-    void showProgress(float percent) override { progress << percent; }
-    void showTransferTitle(const QString& text) override { titles << text; }
+    void showProgress(float) override {}
+    void showTransferTitle(const QString&) override {}
     void showTransferStatus(const QString& text) override { statuses << text; }
     void sessionStarted() override { events << QStringLiteral("started"); }
     void setDownloadButtonEnabled(bool enabled) override {
@@ -30,7 +30,7 @@ public:
     }
     void enableControls() override { events << QStringLiteral("enabled"); }
     void sessionEnded() override { events << QStringLiteral("ended"); }
-    void setBusy(bool busy) override { Q_UNUSED(busy); }
+    void setBusy(bool) override {}
     DownloadChoice downloadChoice() override;
     void uncheckBox(int index) override { boxes[index] = false; }
     QString choiceCaption(int index) const override { return captions[index]; }
@@ -44,9 +44,7 @@ public:
             hook();
     }
     void closeProgram() override { events << QStringLiteral("close program"); }
-    void itemDone(const QString& item, bool succeeded) override {
-        items << item + (succeeded ? QStringLiteral(" ok") : QStringLiteral(" failed"));
-    }
+    void itemDone(const QString&, bool) override {}
 
     bool boxes[6] = {};
     QString expListText;
@@ -55,8 +53,7 @@ public:
     QString captions[6] = {
         {}, {}, {}, {}, QStringLiteral("Partdex"), QStringLiteral("Ledgermaker")};
     bool bold[6] = {};
-    QList<float> progress;
-    QStringList titles, statuses, events, reports, items;
+    QStringList statuses, events, reports;
     // Runs once while the next report is shown.
     std::function<void()> onReport;
 };
@@ -101,9 +98,7 @@ protected:
     std::unique_ptr<DownloadSession> session;
 };
 
-// "hh:mm:ss" of the fixed clock, as the report writes it.
-QString FixedTime();
-// A line of the report, written at the fixed time.
+// A line of the report, written at the fixed clock's time.
 QString ReportLine(const QString& text);
 // The report's last line.
 inline const QString ReportEnd = QStringLiteral("\r\n--- Fin du rapport ---");
