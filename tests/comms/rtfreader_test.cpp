@@ -15,21 +15,13 @@ namespace {
 
 // The paragraphs' texts as they are held (toPlainText() would turn line separators and
 // no-break spaces into ordinary ones).
-QString TextOf(const QTextDocument& document) {
+QString Read(const QString& rtf) {
+    QTextDocument document;
+    ReadRtf(rtf, document);
     QStringList paragraphs;
     for (QTextBlock block = document.begin(); block.isValid(); block = block.next())
         paragraphs << block.text();
     return paragraphs.join(u'\n');
-}
-
-QString Read(const QString& rtf, QTextDocument& document) {
-    ReadRtf(rtf, document);
-    return TextOf(document);
-}
-
-QString Read(const QString& rtf) {
-    QTextDocument document;
-    return Read(rtf, document);
 }
 
 // The marks of a character format: b(old), i(talic), u(nderline), s(trike-out), the size, the
@@ -69,13 +61,22 @@ QStringList PiecesOf(const QString& rtf) {
     return Pieces(document);
 }
 
-QTextBlockFormat BlockOf(const QTextDocument& document, const QString& text) {
+// Each paragraph as "text|alignment left right first-line before after": Qt's alignment
+// number (1 left, 2 right, 4 centre, 8 justified), then the indents and spacing in pixels.
+QStringList Paragraphs(const QTextDocument& document) {
+    QStringList paragraphs;
     for (QTextBlock block = document.begin(); block.isValid(); block = block.next()) {
-        if (block.text().contains(text))
-            return block.blockFormat();
+        const QTextBlockFormat f = block.blockFormat();
+        paragraphs << QStringLiteral("%1|%2 %3 %4 %5 %6 %7")
+                          .arg(block.text())
+                          .arg(int(f.alignment()))
+                          .arg(f.leftMargin())
+                          .arg(f.rightMargin())
+                          .arg(f.textIndent())
+                          .arg(f.topMargin())
+                          .arg(f.bottomMargin());
     }
-    ADD_FAILURE() << "no paragraph " << text.toStdString();
-    return {};
+    return paragraphs;
 }
 
 TEST(RtfReader, RichTextIsToldFromPlainTextByItsFirstCharacters) {
@@ -84,39 +85,14 @@ TEST(RtfReader, RichTextIsToldFromPlainTextByItsFirstCharacters) {
     EXPECT_FALSE(IsRichText(u"{\\RTF1 x}"));
 }
 
-TEST(RtfReader, ParagraphsLinesTabsAndEscapes) {
-    QTextDocument document;
-    EXPECT_EQ(Read("{\\rtf1\\ansi Un\\par Deux\\line suite\\tab fin\\par\n"
-                   "Accolades \\{ \\} et \\\\ barre}",
-                   document),
-              QStringLiteral("Un\nDeux\u2028suite\tfin\nAccolades { } et \\ barre"));
-    EXPECT_EQ(document.blockCount(), 3) << "\\line stays inside its paragraph";
-
-    EXPECT_EQ(Read("{\\rtf1 a\\~b\\emdash c\\endash d\\bullet\\lquote e\\rquote "
-                   "\\ldblquote f\\rdblquote}"),
-              QStringLiteral("a\u00A0b\u2014c\u2013d\u2022\u2018e\u2019\u201Cf\u201D"));
-    EXPECT_EQ(Read("{\\rtf1 ligne\r\nsuite\\\nfin}"), "lignesuite\nfin")
-        << "the file's line breaks are not text; a backslash before one ends the paragraph";
-    EXPECT_EQ(Read("{\\rtf1 \\b gras\\b0 normal}"), "grasnormal")
-        << "the space after a control word belongs to it";
-}
-
 TEST(RtfReader, ParagraphFormatsApplyToTheParagraphTheyEnd) {
     QTextDocument document;
-    Read("{\\rtf1\\qc Titre\\par\\pard\\li720\\ri360\\fi-360\\sb120\\sa240 Corps\\par"
-         "\\pard\\qr Droite\\par\\qj Justifie}",
-         document);
-    EXPECT_EQ(BlockOf(document, "Titre").alignment(), Qt::AlignHCenter);
-    const QTextBlockFormat body = BlockOf(document, "Corps");
-    EXPECT_EQ(body.alignment(), Qt::AlignLeft) << "\\pard resets the alignment";
-    EXPECT_DOUBLE_EQ(body.leftMargin(), 48);
-    EXPECT_DOUBLE_EQ(body.rightMargin(), 24);
-    EXPECT_DOUBLE_EQ(body.textIndent(), -24);
-    EXPECT_DOUBLE_EQ(body.topMargin(), 8);
-    EXPECT_DOUBLE_EQ(body.bottomMargin(), 16);
-    EXPECT_EQ(BlockOf(document, "Droite").alignment(), Qt::AlignRight);
-    EXPECT_EQ(BlockOf(document, "Justifie").alignment(), Qt::AlignJustify)
-        << "the last paragraph needs no \\par";
+    ReadRtf(u"{\\rtf1\\qc Titre\\par\\pard\\li720\\ri360\\fi-360\\sb120\\sa240 Corps\\par"
+            u"\\pard\\qr Droite\\par\\qj Justifie}",
+            document);
+    // \pard resets the alignment; the last paragraph needs no \par.
+    EXPECT_EQ(Paragraphs(document), QStringList({"Titre|4 0 0 0 0 0", "Corps|1 48 24 -24 8 16",
+                                                 "Droite|2 0 0 0 0 0", "Justifie|8 0 0 0 0 0"}));
 }
 
 TEST(RtfReader, CharacterFormatsToggleAndGroupsRestoreThem) {
@@ -140,12 +116,23 @@ TEST(RtfReader, FontSizesFamiliesAndColoursComeFromTheTables) {
 }
 
 // The text of each rich text, and why it reads so.
-TEST(RtfReader, TextOfCodePagesUnicodeSkippedDestinationsAndDamage) {
+TEST(RtfReader, TextOfEscapesCodePagesUnicodeSkippedDestinationsAndDamage) {
     const struct {
         const char* rtf;
         QString text;
         const char* why;
     } cases[] = {
+        {"{\\rtf1\\ansi Un\\par Deux\\line suite\\tab fin\\par\n"
+         "Accolades \\{ \\} et \\\\ barre}",
+         QStringLiteral("Un\nDeux\u2028suite\tfin\nAccolades { } et \\ barre"),
+         "\\line stays inside its paragraph"},
+        {"{\\rtf1 a\\~b\\emdash c\\endash d\\bullet\\lquote e\\rquote \\ldblquote f\\rdblquote}",
+         QStringLiteral("a\u00A0b\u2014c\u2013d\u2022\u2018e\u2019\u201Cf\u201D"),
+         "special characters"},
+        {"{\\rtf1 ligne\r\nsuite\\\nfin}", "lignesuite\nfin",
+         "the file's line breaks are not text; a backslash before one ends the paragraph"},
+        {"{\\rtf1 \\b gras\\b0 normal}", "grasnormal",
+         "the space after a control word belongs to it"},
         {"{\\rtf1\\ansi Caf\\'e9 \\'80 \\'93ok\\'94}", QStringLiteral("Café € \u201Cok\u201D"),
          "Windows-1252 by default"},
         {"{\\rtf1\\ansi\\ansicpg1251 \\'cf\\'f0\\'e8}", QStringLiteral("При"), "\\ansicpg"},
@@ -188,9 +175,9 @@ TEST(RtfReader, TextOfCodePagesUnicodeSkippedDestinationsAndDamage) {
         EXPECT_EQ(Read(QString::fromUtf8(c.rtf)), c.text);
     }
     QTextDocument document;
-    Read("{\\rtf1 \\fs65000 \\li40000 x}", document);
+    ReadRtf(u"{\\rtf1 \\fs65000 \\li40000 x}", document);
     EXPECT_EQ(Pieces(document), QStringList("x|1638pt"));
-    EXPECT_DOUBLE_EQ(BlockOf(document, "x").leftMargin(), 31680 / 15.0);
+    EXPECT_EQ(Paragraphs(document), QStringList("x|1 2112 0 0 0 0"));
 }
 
 TEST(RtfReader, DeepNestingIsReadWithoutDeepRecursionOrMemory) {
