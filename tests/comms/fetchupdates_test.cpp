@@ -1,11 +1,9 @@
 // fetchupdates against the scripted server: the report on standard output, messages and
 // progress on standard error, and its exit statuses.
-#include "app/appstate.h"
 #include "app/messages.h"
 #include "comms/signedupdate.h"
 #include "sessionfixture.h"
 
-#include <QFile>
 #include <QProcess>
 #include <QProcessEnvironment>
 #include <QRegularExpression>

@@ -1,12 +1,9 @@
 // The program update offered by the server: only an updater the maker has signed is started;
 // anything else answering the request is deleted, reported and refused, and the program stays.
-#include "app/appstate.h"
 #include "app/messages.h"
 #include "comms/signedupdate.h"
 #include "sessionfixture.h"
-#include "testfiles.h"
 
-#include <QFile>
 #include <QFileInfo>
 #include <QProcess>
 

@@ -1,15 +1,11 @@
 // Whole download sessions against a scripted server on loopback: what the client sends, what
 // it writes, what the report says, and how stops, refusals and faults end a session.
-#include "app/appstate.h"
 #include "app/messages.h"
 #include "sessionfixture.h"
 #include "support/faildevice.h"
-#include "testfiles.h"
 
 #include <QBuffer>
-#include <QFile>
 #include <QRegularExpression>
-#include <QTimer>
 #include <algorithm>
 
 namespace {
