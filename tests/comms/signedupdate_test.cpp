@@ -3,7 +3,6 @@
 #include "support/testfiles.h"
 
 #include <QFile>
-#include <QProcess>
 #include <QRandomGenerator>
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
@@ -50,7 +49,6 @@ TEST_F(SignedUpdate, AnythingButAValidUpdaterIsRefusedAndDeleted) {
         bad[at] = char(bad[at] ^ 0x01);
         return bad;
     };
-    const UpdateKeyPair stranger = GenerateUpdateKeyPair();
     const struct {
         const char* what;
         QByteArray data;
@@ -61,11 +59,9 @@ TEST_F(SignedUpdate, AnythingButAValidUpdaterIsRefusedAndDeleted) {
         {"mark", flipped(markAt + 2), SignedUpdateReason::NoTrailer},
         {"key id", flipped(keyIdAt), SignedUpdateReason::UnknownKey},
         {"truncated", good.left(good.size() - 1), SignedUpdateReason::NoTrailer},
-        {"truncated to a stub", good.left(40), SignedUpdateReason::ShortFile},
         {"no body", good.right(UpdateSignedOverhead), SignedUpdateReason::ShortFile},
         {"empty", QByteArray(), SignedUpdateReason::ShortFile},
         {"unsigned", body, SignedUpdateReason::NoTrailer},
-        {"stranger's key", signedWith(stranger), SignedUpdateReason::UnknownKey},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.what);
@@ -116,45 +112,38 @@ TEST(CompiledUpdateKeys, TheBuildAcceptsTheMakersKeys) {
         EXPECT_NE(CompiledUpdateKeys().find(key.keyId()), nullptr);
 }
 
-class SignUpdateTool : public ::testing::Test {
-protected:
-    int run(const QStringList& arguments) {
-        QProcess tool;
-        tool.setWorkingDirectory(dir.path());
-        tool.start(QStringLiteral(SIGN_UPDATE_PATH), arguments);
-        EXPECT_TRUE(tool.waitForFinished(30'000));
-        out = tool.readAllStandardOutput();
-        err = tool.readAllStandardError();
-        return tool.exitCode();
-    }
-    QString path(const char* name) const { return dir.filePath(QString::fromLatin1(name)); }
-
-    QTemporaryDir dir;
-    QByteArray out;
-    QByteArray err;
-};
-
-TEST_F(SignUpdateTool, AGeneratedKeySignsWhatItsPublicHalfAcceptsAndFailuresHaveTheirStatus) {
-    ASSERT_EQ(run({"--generate-key", "rotation"}), 0);
-    EXPECT_EQ(out, "rotation.secret\nrotation.public\n");
+// sign-update run as the program it is, on files of the test's folder.
+TEST_F(SignedUpdate, TheSigningToolsKeySignsWhatItsPublicHalfAcceptsAndFailuresHaveTheirStatus) {
+    const auto signUpdate = [this](const QStringList& arguments) {
+        QStringList inDir;
+        for (const QString& argument : arguments)
+            inDir << (argument.startsWith(u"--") ? argument : dir.filePath(argument));
+        return RunProgram(QStringLiteral(SIGN_UPDATE_PATH), inDir);
+    };
+    ProgramRun run = signUpdate({"--generate-key", "rotation"});
+    ASSERT_EQ(run.status, 0);
+    EXPECT_EQ(run.out, (path("rotation.secret") + '\n' + path("rotation.public") + '\n').toUtf8());
     EXPECT_FALSE(QFile::permissions(path("rotation.secret")) & QFile::ReadOther);
-    WriteBytes(path("updater"), updaterBody());
-    ASSERT_EQ(run({"--key", "rotation.secret", "updater", "signed"}), 0);
-    EXPECT_EQ(out, "signed\n");
-    const KeyRing ring = KeyRing::fromText(ReadBytes(path("rotation.public")));
+    WriteBytes(path("updater"), body);
+    run = signUpdate({"--key", "rotation.secret", "updater", "signed"});
+    ASSERT_EQ(run.status, 0);
+    EXPECT_EQ(run.out, (path("signed") + '\n').toUtf8());
+    ring = KeyRing::fromText(ReadBytes(path("rotation.public")));
     const SignedUpdateCheck check = ExtractSignedUpdate(path("signed"), path("bare"), ring);
     EXPECT_TRUE(check.ok());
     EXPECT_EQ(check.keyName, QStringLiteral("rotation"));
-    EXPECT_EQ(ReadBytes(path("bare")), updaterBody());
+    EXPECT_EQ(ReadBytes(path("bare")), body);
 
-    EXPECT_EQ(run({"--generate-key", "rotation"}), 1); // never overwrites a key
-    EXPECT_FALSE(err.isEmpty());
-    EXPECT_EQ(run({"--key", "rotation.public", "updater", "out"}), 1); // cannot sign
-    EXPECT_EQ(run({"--key", "rotation.secret", "missing", "out"}), 1);
+    run = signUpdate({"--generate-key", "rotation"});
+    EXPECT_EQ(run.status, 1); // never overwrites a key
+    EXPECT_FALSE(run.err.isEmpty());
+    EXPECT_EQ(signUpdate({"--key", "rotation.public", "updater", "out"}).status, 1); // cannot sign
+    EXPECT_EQ(signUpdate({"--key", "rotation.secret", "missing", "out"}).status, 1);
     EXPECT_FALSE(QFile::exists(path("out")));
-    EXPECT_EQ(run({"--key", "rotation.secret", "in"}), 2);
-    EXPECT_EQ(run({"--sign", "rotation.secret", "in", "out"}), 2);
-    EXPECT_TRUE(out.isEmpty());
+    EXPECT_EQ(signUpdate({"--key", "rotation.secret", "in"}).status, 2);
+    run = signUpdate({"--sign", "rotation.secret", "in", "out"});
+    EXPECT_EQ(run.status, 2);
+    EXPECT_TRUE(run.out.isEmpty());
 }
 
 } // namespace
