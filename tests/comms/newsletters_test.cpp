@@ -26,25 +26,6 @@ struct Newsletter {
     QVariant text;
 };
 
-// NVINDEX as the maker sends it: eleven fields, the advertiser second, the subject fifth and
-// the text last.
-NewTable IndexTable(const QList<Newsletter>& newsletters) {
-    NewTable table;
-    table.fields = {{"NUMERO", 'C', 6, 0},     {"ANNONCEUR", 'C', 30, 0}, {"DATEPUB", 'D', 8, 0},
-                    {"CATEGORIE", 'C', 20, 0}, {"SUJET", 'C', 60, 0},     {"FICHIER", 'C', 12, 0},
-                    {"LANGUE", 'C', 2, 0},     {"PAGES", 'N', 3, 0},      {"AUTEUR", 'C', 30, 0},
-                    {"RESUME", 'C', 80, 0},    {"TEXTE", 'C', 254, 0}};
-    for (const Newsletter& n : newsletters) {
-        QVariantList row(table.fields.size());
-        row[0] = QString::number(table.rows.size() + 1);
-        row[1] = n.advertiser;
-        row[4] = n.subject;
-        row[10] = n.text;
-        table.rows << row;
-    }
-    return table;
-}
-
 class NewslettersTest : public ::testing::Test {
 protected:
     void SetUp() override {
@@ -52,8 +33,24 @@ protected:
         App().InfoPath = install.dir(QStringLiteral("NVINFO"));
     }
 
-    void writeIndex(const QList<Newsletter>& newsletters) const {
-        writeNewTable(App().InfoPath + QStringLiteral("NVINDEX.DBF"), IndexTable(newsletters));
+    // NVINDEX as the maker sends it: eleven fields, the advertiser second, the subject fifth
+    // and the text last.
+    static void writeIndex(const QList<Newsletter>& newsletters) {
+        NewTable table;
+        table.fields = {
+            {"NUMERO", 'C', 6, 0},     {"ANNONCEUR", 'C', 30, 0}, {"DATEPUB", 'D', 8, 0},
+            {"CATEGORIE", 'C', 20, 0}, {"SUJET", 'C', 60, 0},     {"FICHIER", 'C', 12, 0},
+            {"LANGUE", 'C', 2, 0},     {"PAGES", 'N', 3, 0},      {"AUTEUR", 'C', 30, 0},
+            {"RESUME", 'C', 80, 0},    {"TEXTE", 'C', 254, 0}};
+        for (const Newsletter& n : newsletters) {
+            QVariantList row(table.fields.size());
+            row[0] = QString::number(table.rows.size() + 1);
+            row[1] = n.advertiser;
+            row[4] = n.subject;
+            row[10] = n.text;
+            table.rows << row;
+        }
+        writeNewTable(App().InfoPath + QStringLiteral("NVINDEX.DBF"), table);
     }
 
     static QStringList items(const QComboBox* box) {
@@ -77,26 +74,6 @@ protected:
     TempInstall install;
     BulletinPage page;
 };
-
-// In file order; the index sorts them by advertiser and subject.
-const QList<Newsletter> Newsletters = {
-    {"WIX", "Filtres", "Texte WIX"},
-    {"BOSCH", "Pompes", "Texte pompes"},
-    {"BOSCH", "Bougies", "Texte bougies"},
-    {"GATES", "Courroies", QVariant()},
-    {QVariant(), "Sans annonceur", "Orphelin"},
-    {"BOSCH", "Freins", "Texte freins"},
-};
-
-TEST_F(NewslettersTest, TheIndexListsEachAdvertiserOnceAndShowsTheFirstNewsletter) {
-    writeIndex(Newsletters);
-    page.SetupBulletin();
-    EXPECT_EQ(page.BulletinRows().rowCount(), 6) << "every record is kept";
-    EXPECT_EQ(items(page.cmbAnnonceur), QStringList({"BOSCH", "GATES", "WIX"}))
-        << "records without an advertiser are under none";
-    EXPECT_EQ(items(page.cmbSujet), QStringList({"Bougies", "Freins", "Pompes"}));
-    EXPECT_EQ(shown(), "Texte bougies");
-}
 
 TEST_F(NewslettersTest, ChoosingAnAdvertiserListsItsSubjectsAndChoosingASubjectShowsIt) {
     // Without blanks between them, "GATES" + "Z" sorts after "GATESB" + "X"; a record without
@@ -146,11 +123,23 @@ TEST_F(NewslettersTest, RichTextIsShownFormattedAndOtherTextAsItIsWithoutItsForm
     EXPECT_EQ(shown(), "");
 }
 
-// A reload after a session starts again from the first advertiser; an index that cannot be
-// read keeps the lists, and one without advertisers empties them.
-TEST_F(NewslettersTest, ReloadingReplacesTheListsUnlessTheIndexCannotBeRead) {
-    writeIndex(Newsletters);
+// The index lists each advertiser once and shows the first newsletter. A reload after a
+// session starts again from the first advertiser; an index that cannot be read keeps the
+// lists, and one without advertisers empties them.
+TEST_F(NewslettersTest, TheIndexIsListedAndReloadedUnlessItCannotBeRead) {
+    // In file order; the index sorts them by advertiser and subject.
+    writeIndex({{"WIX", "Filtres", "Texte WIX"},
+                {"BOSCH", "Pompes", "Texte pompes"},
+                {"BOSCH", "Bougies", "Texte bougies"},
+                {"GATES", "Courroies", QVariant()},
+                {QVariant(), "Sans annonceur", "Orphelin"},
+                {"BOSCH", "Freins", "Texte freins"}});
     page.SetupBulletin();
+    EXPECT_EQ(page.BulletinRows().rowCount(), 6) << "every record is kept";
+    EXPECT_EQ(items(page.cmbAnnonceur), QStringList({"BOSCH", "GATES", "WIX"}))
+        << "records without an advertiser are under none";
+    EXPECT_EQ(items(page.cmbSujet), QStringList({"Bougies", "Freins", "Pompes"}));
+    EXPECT_EQ(shown(), "Texte bougies");
     choose(page.cmbAnnonceur, 2);
     choose(page.cmbSujet, 0);
     ASSERT_EQ(shown(), "Texte WIX");

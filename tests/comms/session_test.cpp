@@ -8,25 +8,14 @@
 #include <QRegularExpression>
 #include <algorithm>
 
-namespace {
-
-// Every byte value, behind a beginning that looks like a server message.
-QByteArray awkwardContent(int repeats) {
-    QByteArray bytes = "ERRORLISTE12OKOKO";
-    for (int r = 0; r < repeats; ++r)
-        for (int b = 0; b < 256; ++b)
-            bytes.append(char(b));
-    return bytes;
-}
-
-} // namespace
-
 // Every kind of item in one session, each list chosen one way: ALPHA marked, BETA waiting for
 // its update, GAMMA containing the text (and OMEGA too, but it is not in use). GAMMA has no
 // group code and needs one: received but not unpacked. The catalogues come last, on yes.
 TEST_F(SessionTest, EachChosenItemIsFetchedInTurnUnpackedAndReported) {
     App().Settings.Selection = -1;
-    const QByteArray content = awkwardContent(400);
+    QByteArray content = "ERRORLISTE12OKOKO"; // every byte value behind a server message
+    for (int b = 0; b < 256 * 400; ++b)
+        content.append(char(b));
     server.answerStart("start file", "2004.3.2");
     server.answer("NVINFNVCOM", ScriptedServer::file("NVINF", "index"));
     server.answer("PARTDPDX1", ScriptedServer::file("PARTD", "partdex"));
