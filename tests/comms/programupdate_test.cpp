@@ -6,6 +6,8 @@
 
 #include <QFileInfo>
 #include <QProcess>
+#include <QTemporaryDir>
+#include <QTest>
 
 namespace {
 
@@ -95,3 +97,19 @@ TEST_F(ProgramUpdateTest, AnUpdaterCutShortIsNotStarted) {
     EXPECT_EQ(view.reports,
               QStringList{ReportLine(QStringLiteral("> UPDATE.EXE non réussie")) + ReportEnd});
 }
+
+#ifndef Q_OS_WIN
+// The hand-over in a real run: an updater written as the server sent it, without the
+// execute permission, still starts.
+TEST(DetachedUpdater, StartsAReceivedUpdaterThatArrivedAsPlainData) {
+    QTemporaryDir dir;
+    const QString updater = dir.filePath(QStringLiteral("UPDATE.EXE"));
+    const QString started = dir.filePath(QStringLiteral("started"));
+    WriteBytes(updater, "#!/bin/sh\ntouch started\n");
+    ASSERT_FALSE(QFile::permissions(updater) & QFile::ExeOwner);
+
+    DetachedUpdater detached;
+    EXPECT_TRUE(detached.start(updater));
+    EXPECT_TRUE(QTest::qWaitFor([&started] { return QFile::exists(started); }, 5000));
+}
+#endif
