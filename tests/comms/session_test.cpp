@@ -6,6 +6,7 @@
 
 #include <QBuffer>
 #include <QRegularExpression>
+#include <QTimer>
 #include <algorithm>
 
 // Every kind of item in one session, each list chosen one way: ALPHA marked, BETA waiting for
@@ -77,32 +78,10 @@ TEST_F(SessionTest, EachChosenItemIsFetchedInTurnUnpackedAndReported) {
     EXPECT_LT(view.statuses.size(), 100); // not once per piece
 }
 
-TEST_F(SessionTest, StopInTheMiddleOfAList) {
-    server.answerStart("s", "2004.3.2");
-    ScriptedServer::Reply list = ScriptedServer::file("LISTE", QByteArray(5000, 'x'));
-    list.silentAfter = 1200;
-    server.answer("LISTEALP", list);
-    chooseAlphaAndBeta();
-    prompts.expectMessage(LoadText(114), Answer::Yes);
-    QTimer stopper;
-    QObject::connect(&stopper, &QTimer::timeout, [&] {
-        if (session->ReceivedBytes == 1200 && session->CurrentRequest == u"LISTE") {
-            stopper.stop();
-            session->cmdOKClick();
-        }
-    });
-    stopper.start(5);
-
-    runSession();
-
-    EXPECT_FALSE(server.received.contains("LISTEBET"));
-    EXPECT_EQ(ReadBytes(prg(QStringLiteral("NVLISTE.ARJ"))).size(), 1200); // the partial file stays
-    EXPECT_EQ(view.reports,
-              QStringList{ReportLine(QStringLiteral("> ALPHA FREINS non réussie")) + ReportEnd});
-    EXPECT_TRUE(serviceCalls().isEmpty());
-}
-
-TEST_F(SessionTest, ServerFaultsFailTheItemAndEndTheSessionWithOneReport) {
+// The dealer's stop or a fault of the server fails the list; the partial file stays.
+TEST_F(SessionTest, AStopOrAServerFaultFailsTheItemAndTheReportSaysSo) {
+    ScriptedServer::Reply stalling = ScriptedServer::file("LISTE", QByteArray(5000, 'x'));
+    stalling.silentAfter = 1200; // the dealer stops the session there
     ScriptedServer::Reply closing = ScriptedServer::file("LISTE", QByteArray(3000, 'y'));
     closing.closeAfter = 700;
     ScriptedServer::Reply tooShort = ScriptedServer::file("LISTE", QByteArray(3000, 'z'));
@@ -115,6 +94,7 @@ TEST_F(SessionTest, ServerFaultsFailTheItemAndEndTheSessionWithOneReport) {
         QByteArray leftOnDisk;
         QString report;
     } cases[] = {
+        {"stopped mid-file", stalling, QByteArray(1200, 'x'), alpha + ReportEnd},
         {"server ERROR", ScriptedServer::message("ERROR unknown list"), "<missing>",
          alpha + ReportEnd},
         {"close mid-file", closing, QByteArray(700, 'y'), alpha + ReportEnd},
@@ -131,6 +111,17 @@ TEST_F(SessionTest, ServerFaultsFailTheItemAndEndTheSessionWithOneReport) {
         fresh.answer("LISTEBET", ScriptedServer::file("LISTE", "b"));
         view.reports.clear();
         chooseAlphaAndBeta();
+        QTimer stopper;
+        if (c.reply.silentAfter > 0) {
+            prompts.expectMessage(LoadText(114), Answer::Yes);
+            QObject::connect(&stopper, &QTimer::timeout, [&] {
+                if (session->ReceivedBytes == c.reply.silentAfter) {
+                    stopper.stop();
+                    session->cmdOKClick();
+                }
+            });
+            stopper.start(5);
+        }
 
         runSession();
 
