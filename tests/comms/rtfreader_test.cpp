@@ -45,8 +45,10 @@ QString Marks(const QTextCharFormat& format) {
     return marks.join(u' ');
 }
 
-// The document's pieces of text, each as "text|marks".
-QStringList Pieces(const QTextDocument& document) {
+// The pieces of text of the rich text read, each as "text|marks".
+QStringList Pieces(const QString& rtf) {
+    QTextDocument document;
+    ReadRtf(rtf, document);
     QStringList pieces;
     for (QTextBlock block = document.begin(); block.isValid(); block = block.next()) {
         for (auto it = block.begin(); !it.atEnd(); ++it)
@@ -55,15 +57,11 @@ QStringList Pieces(const QTextDocument& document) {
     return pieces;
 }
 
-QStringList PiecesOf(const QString& rtf) {
-    QTextDocument document;
-    ReadRtf(rtf, document);
-    return Pieces(document);
-}
-
 // Each paragraph as "text|alignment left right first-line before after": Qt's alignment
 // number (1 left, 2 right, 4 centre, 8 justified), then the indents and spacing in pixels.
-QStringList Paragraphs(const QTextDocument& document) {
+QStringList Paragraphs(const QString& rtf) {
+    QTextDocument document;
+    ReadRtf(rtf, document);
     QStringList paragraphs;
     for (QTextBlock block = document.begin(); block.isValid(); block = block.next()) {
         const QTextBlockFormat f = block.blockFormat();
@@ -86,18 +84,16 @@ TEST(RtfReader, RichTextIsToldFromPlainTextByItsFirstCharacters) {
 }
 
 TEST(RtfReader, ParagraphFormatsApplyToTheParagraphTheyEnd) {
-    QTextDocument document;
-    ReadRtf(u"{\\rtf1\\qc Titre\\par\\pard\\li720\\ri360\\fi-360\\sb120\\sa240 Corps\\par"
-            u"\\pard\\qr Droite\\par\\qj Justifie}",
-            document);
     // \pard resets the alignment; the last paragraph needs no \par.
-    EXPECT_EQ(Paragraphs(document), QStringList({"Titre|4 0 0 0 0 0", "Corps|1 48 24 -24 8 16",
-                                                 "Droite|2 0 0 0 0 0", "Justifie|8 0 0 0 0 0"}));
+    EXPECT_EQ(Paragraphs("{\\rtf1\\qc Titre\\par\\pard\\li720\\ri360\\fi-360\\sb120\\sa240 "
+                         "Corps\\par\\pard\\qr Droite\\par\\qj Justifie}"),
+              QStringList({"Titre|4 0 0 0 0 0", "Corps|1 48 24 -24 8 16", "Droite|2 0 0 0 0 0",
+                           "Justifie|8 0 0 0 0 0"}));
 }
 
 TEST(RtfReader, CharacterFormatsToggleAndGroupsRestoreThem) {
-    EXPECT_EQ(PiecesOf("{\\rtf1 avant {\\b gras {\\i grasitalique} gras2} \\ul souligne\\ul0 "
-                       "\\strike barre\\strike0 \\b1 G\\b0 N \\i\\ul\\b tout\\plain rien}"),
+    EXPECT_EQ(Pieces("{\\rtf1 avant {\\b gras {\\i grasitalique} gras2} \\ul souligne\\ul0 "
+                     "\\strike barre\\strike0 \\b1 G\\b0 N \\i\\ul\\b tout\\plain rien}"),
               QStringList({"avant |", "gras |b", "grasitalique|b i", " gras2|b", " |", "souligne|u",
                            "barre|s", "G|b", "N |", "tout|b i u", "rien|"}));
 }
@@ -106,10 +102,10 @@ TEST(RtfReader, CharacterFormatsToggleAndGroupsRestoreThem) {
 // automatic colour; \fs0 is ignored; the tables' texts are not shown.
 TEST(RtfReader, FontSizesFamiliesAndColoursComeFromTheTables) {
     EXPECT_EQ(
-        PiecesOf("{\\rtf1\\ansi\\deff1{\\fonttbl{\\f0\\fswiss Arial;}{\\f1\\froman Times New "
-                 "Roman;}}{\\colortbl;\\red255\\green0\\blue0;\\red0\\green0\\blue128;}"
-                 "Defaut \\f0\\fs32 Grand {\\cf1 Rouge} {\\cf2\\highlight1 Marine} {\\cf9 Hors} "
-                 "\\fs0 Garde \\plain Simple}"),
+        Pieces("{\\rtf1\\ansi\\deff1{\\fonttbl{\\f0\\fswiss Arial;}{\\f1\\froman Times New "
+               "Roman;}}{\\colortbl;\\red255\\green0\\blue0;\\red0\\green0\\blue128;}"
+               "Defaut \\f0\\fs32 Grand {\\cf1 Rouge} {\\cf2\\highlight1 Marine} {\\cf9 Hors} "
+               "\\fs0 Garde \\plain Simple}"),
         QStringList({"Defaut |Times New Roman", "Grand |16pt Arial", "Rouge|16pt Arial #ff0000",
                      " |16pt Arial", "Marine|16pt Arial #000080 on #ff0000",
                      " Hors Garde |16pt Arial", "Simple|Times New Roman"}));
@@ -174,10 +170,8 @@ TEST(RtfReader, TextOfEscapesCodePagesUnicodeSkippedDestinationsAndDamage) {
         SCOPED_TRACE(c.why);
         EXPECT_EQ(Read(QString::fromUtf8(c.rtf)), c.text);
     }
-    QTextDocument document;
-    ReadRtf(u"{\\rtf1 \\fs65000 \\li40000 x}", document);
-    EXPECT_EQ(Pieces(document), QStringList("x|1638pt"));
-    EXPECT_EQ(Paragraphs(document), QStringList("x|1 2112 0 0 0 0"));
+    EXPECT_EQ(Pieces("{\\rtf1 \\fs65000 \\li40000 x}"), QStringList("x|1638pt"));
+    EXPECT_EQ(Paragraphs("{\\rtf1 \\fs65000 \\li40000 x}"), QStringList("x|1 2112 0 0 0 0"));
 }
 
 TEST(RtfReader, DeepNestingIsReadWithoutDeepRecursionOrMemory) {
@@ -186,7 +180,7 @@ TEST(RtfReader, DeepNestingIsReadWithoutDeepRecursionOrMemory) {
         "{\\rtf1 debut" + QString(depth, u'{') + "profond" + QString(depth, u'}') + " fin}";
     EXPECT_EQ(Read(rtf), "debut fin") << "the text of groups nested too deep is left out";
     const QString shallow = "{\\rtf1 a" + QString(50, u'{') + "\\b b" + QString(50, u'}') + "c}";
-    EXPECT_EQ(PiecesOf(shallow), QStringList({"a|", "b|b", "c|"}));
+    EXPECT_EQ(Pieces(shallow), QStringList({"a|", "b|b", "c|"}));
 }
 
 } // namespace
