@@ -26,25 +26,6 @@ struct Newsletter {
     QVariant text;
 };
 
-// NVINDEX as the maker sends it: eleven fields, the advertiser second, the subject fifth and
-// the text last.
-NewTable IndexTable(const QList<Newsletter>& newsletters) {
-    NewTable table;
-    table.fields = {{"NUMERO", 'C', 6, 0},     {"ANNONCEUR", 'C', 30, 0}, {"DATEPUB", 'D', 8, 0},
-                    {"CATEGORIE", 'C', 20, 0}, {"SUJET", 'C', 60, 0},     {"FICHIER", 'C', 12, 0},
-                    {"LANGUE", 'C', 2, 0},     {"PAGES", 'N', 3, 0},      {"AUTEUR", 'C', 30, 0},
-                    {"RESUME", 'C', 80, 0},    {"TEXTE", 'C', 254, 0}};
-    for (const Newsletter& n : newsletters) {
-        QVariantList row(table.fields.size());
-        row[0] = QString::number(table.rows.size() + 1);
-        row[1] = n.advertiser;
-        row[4] = n.subject;
-        row[10] = n.text;
-        table.rows << row;
-    }
-    return table;
-}
-
 class NewslettersTest : public ::testing::Test {
 protected:
     void SetUp() override {
@@ -52,8 +33,24 @@ protected:
         App().InfoPath = install.dir(QStringLiteral("NVINFO"));
     }
 
-    void writeIndex(const QList<Newsletter>& newsletters) const {
-        writeNewTable(App().InfoPath + QStringLiteral("NVINDEX.DBF"), IndexTable(newsletters));
+    // NVINDEX as the maker sends it: eleven fields, the advertiser second, the subject fifth
+    // and the text last.
+    static void writeIndex(const QList<Newsletter>& newsletters) {
+        NewTable table;
+        table.fields = {
+            {"NUMERO", 'C', 6, 0},     {"ANNONCEUR", 'C', 30, 0}, {"DATEPUB", 'D', 8, 0},
+            {"CATEGORIE", 'C', 20, 0}, {"SUJET", 'C', 60, 0},     {"FICHIER", 'C', 12, 0},
+            {"LANGUE", 'C', 2, 0},     {"PAGES", 'N', 3, 0},      {"AUTEUR", 'C', 30, 0},
+            {"RESUME", 'C', 80, 0},    {"TEXTE", 'C', 254, 0}};
+        for (const Newsletter& n : newsletters) {
+            QVariantList row(table.fields.size());
+            row[0] = QString::number(table.rows.size() + 1);
+            row[1] = n.advertiser;
+            row[4] = n.subject;
+            row[10] = n.text;
+            table.rows << row;
+        }
+        writeNewTable(App().InfoPath + QStringLiteral("NVINDEX.DBF"), table);
     }
 
     static QStringList items(const QComboBox* box) {
@@ -78,127 +75,106 @@ protected:
     BulletinPage page;
 };
 
-// In file order; the index sorts them by advertiser and subject.
-const QList<Newsletter> Newsletters = {
-    {"WIX", "Filtres", "Texte WIX"},
-    {"BOSCH", "Pompes", "Texte pompes"},
-    {"BOSCH", "Bougies", "Texte bougies"},
-    {"GATES", "Courroies", QVariant()},
-    {QVariant(), "Sans annonceur", "Orphelin"},
-    {"BOSCH", "Freins", "Texte freins"},
-};
-
-TEST_F(NewslettersTest, TheIndexListsEachAdvertiserOnceAndShowsTheFirstNewsletter) {
-    writeIndex(Newsletters);
-    page.SetupBulletin();
-    EXPECT_EQ(page.BulletinRows().rowCount(), 6) << "every record is kept";
-    EXPECT_EQ(items(page.cmbAnnonceur), QStringList({"BOSCH", "GATES", "WIX"}))
-        << "records without an advertiser are under none";
-    EXPECT_EQ(page.cmbAnnonceur->currentIndex(), 0);
-    EXPECT_EQ(items(page.cmbSujet), QStringList({"Bougies", "Freins", "Pompes"}));
-    EXPECT_EQ(shown(), "Texte bougies");
-}
-
 TEST_F(NewslettersTest, ChoosingAnAdvertiserListsItsSubjectsAndChoosingASubjectShowsIt) {
-    writeIndex({{"ACME", "A", "Texte A"},
-                {"DAYCO", "Un", "Texte 1"},
-                {"DAYCO", "Trois", "Texte 3"},
-                {"DAYCO", "Deux", "Texte 2"}});
-    page.SetupBulletin();
-    ASSERT_EQ(shown(), "Texte A");
-
-    choose(page.cmbAnnonceur, 1);
-    EXPECT_EQ(items(page.cmbSujet), QStringList({"Deux", "Trois", "Un"}));
-    EXPECT_EQ(page.cmbSujet->currentIndex(), -1) << "no subject is chosen yet";
-    EXPECT_EQ(shown(), "Texte A") << "the former newsletter stays until a subject is chosen";
-
-    choose(page.cmbSujet, 2);
-    EXPECT_EQ(shown(), "Texte 1");
-    choose(page.cmbSujet, 0);
-    EXPECT_EQ(shown(), "Texte 2");
-}
-
-TEST_F(NewslettersTest, AnAdvertiserWhoseRowsTheSortSplitsStillShowsTheChosenNewsletter) {
     // Without blanks between them, "GATES" + "Z" sorts after "GATESB" + "X"; a record without
     // subject sorts before all others, its whole key being Null.
     writeIndex({{"GATES", "Z", "Texte Z"},
                 {"GATESB", "X", "Texte X"},
                 {"GATES", "A", "Texte A"},
-                {"GATES", QVariant(), "Texte vide"}});
+                {"GATES", QVariant(), "Texte vide"},
+                {"GATESB", "W", "Texte W"}});
     page.SetupBulletin();
     EXPECT_EQ(items(page.cmbAnnonceur), QStringList({"GATES", "GATESB"}));
     EXPECT_EQ(items(page.cmbSujet), QStringList({"", "A", "Z"}));
     EXPECT_EQ(shown(), "Texte vide");
     choose(page.cmbSujet, 2);
     EXPECT_EQ(shown(), "Texte Z");
+
     choose(page.cmbAnnonceur, 1);
-    choose(page.cmbSujet, 0);
+    EXPECT_EQ(items(page.cmbSujet), QStringList({"W", "X"}));
+    EXPECT_EQ(page.cmbSujet->currentIndex(), -1) << "no subject is chosen yet";
+    EXPECT_EQ(shown(), "Texte Z") << "the former newsletter stays until a subject is chosen";
+    choose(page.cmbSujet, 1);
     EXPECT_EQ(shown(), "Texte X");
+    choose(page.cmbSujet, 0);
+    EXPECT_EQ(shown(), "Texte W");
 }
 
-TEST_F(NewslettersTest, RichTextIsShownFormattedAndOtherTextAsItIs) {
-    writeIndex({{"A", "1", "{\\rtf1\\b Promo\\b0\\par Prix}"},
-                {"A", "2", "Texte {\\b brut}"},
+TEST_F(NewslettersTest, RichTextIsShownFormattedAndOtherTextAsItIsWithoutItsFormat) {
+    writeIndex({{"A", "1",
+                 "{\\rtf1{\\colortbl;\\red255\\green0\\blue0;}\\b\\i\\cf1\\fs40 Promo\\par Prix}"},
+                {"A", "2", "Texte {\\rtf1 brut}"},
                 {"A", "3", QVariant()}});
     page.SetupBulletin();
+    const auto firstFormat = [this] {
+        return page.rtxBulletins->document()->begin().begin().fragment().charFormat();
+    };
     EXPECT_EQ(shown(), "Promo\nPrix");
-    EXPECT_EQ(page.rtxBulletins->document()->begin().begin().fragment().charFormat().fontWeight(),
-              QFont::Bold);
+    EXPECT_EQ(firstFormat().fontWeight(), QFont::Bold);
 
     choose(page.cmbSujet, 1);
-    EXPECT_EQ(shown(), "Texte {\\b brut}");
+    EXPECT_EQ(shown(), "Texte {\\rtf1 brut}");
+    const QTextCharFormat plain = firstFormat();
+    EXPECT_EQ(plain.fontWeight(), QFont::Normal);
+    EXPECT_FALSE(plain.fontItalic());
+    EXPECT_FALSE(plain.hasProperty(QTextFormat::ForegroundBrush));
+    EXPECT_FALSE(plain.hasProperty(QTextFormat::FontPointSize));
     choose(page.cmbSujet, 2);
     EXPECT_EQ(shown(), "");
 }
 
-TEST_F(NewslettersTest, ReloadingAfterASessionStartsAgainFromTheFirstAdvertiser) {
-    writeIndex(Newsletters);
+// Nothing is read while the program updates. The index lists each advertiser once and shows
+// the first newsletter. A reload after a session starts again from the first advertiser; an
+// index that cannot be read keeps the lists, and one without advertisers empties them.
+TEST_F(NewslettersTest, TheIndexIsListedAndReloadedUnlessItCannotBeRead) {
+    ScriptedPrompter prompts;
+    App().UpdateMode = true; // NVINDEX is missing, yet nothing is said
     page.SetupBulletin();
+    App().UpdateMode = false;
+
+    // In file order; the index sorts them by advertiser and subject.
+    writeIndex({{"WIX", "Filtres", "Texte WIX"},
+                {"BOSCH", "Pompes", "Texte pompes"},
+                {"BOSCH", "Bougies", "Texte bougies"},
+                {"GATES", "Courroies", QVariant()},
+                {QVariant(), "Sans annonceur", "Orphelin"},
+                {"BOSCH", "Freins", "Texte freins"}});
+    page.SetupBulletin();
+    EXPECT_EQ(page.BulletinRows().rowCount(), 6) << "every record is kept";
+    EXPECT_EQ(items(page.cmbAnnonceur), QStringList({"BOSCH", "GATES", "WIX"}))
+        << "records without an advertiser are under none";
+    EXPECT_EQ(items(page.cmbSujet), QStringList({"Bougies", "Freins", "Pompes"}));
+    EXPECT_EQ(shown(), "Texte bougies");
     choose(page.cmbAnnonceur, 2);
     choose(page.cmbSujet, 0);
     ASSERT_EQ(shown(), "Texte WIX");
 
-    writeIndex({{"AUTOLITE", "Nouveau", "Texte nouveau"}, {"WIX", "Filtres", "Texte WIX"}});
-    page.SetupBulletin();
-    EXPECT_EQ(items(page.cmbAnnonceur), QStringList({"AUTOLITE", "WIX"}));
-    EXPECT_EQ(shown(), "Texte nouveau");
-}
-
-TEST_F(NewslettersTest, AnUnreadableIndexKeepsTheListsAndOneWithoutAdvertisersEmptiesThem) {
-    writeIndex(Newsletters);
-    page.SetupBulletin();
-
-    ScriptedPrompter prompts;
     prompts.expectMessage(QStringLiteral("errSetupBulletin: 3021 Either BOF or EOF is True, or "
                                          "the current record has been deleted. Requested "
                                          "operation requires a current record."));
     writeIndex({});
     page.SetupBulletin();
     EXPECT_EQ(items(page.cmbAnnonceur), QStringList({"BOSCH", "GATES", "WIX"}));
-    EXPECT_EQ(shown(), "Texte bougies");
+    EXPECT_EQ(items(page.cmbSujet), QStringList({"Filtres"}));
+    EXPECT_EQ(shown(), "Texte WIX");
 
     prompts.expectMessageMatching(
         QStringLiteral("^errSetupBulletin: %1 .*NVINDEX").arg(DbErrors::NoSuchTable));
     ASSERT_TRUE(QFile::remove(App().InfoPath + QStringLiteral("NVINDEX.DBF")));
     page.SetupBulletin();
     EXPECT_EQ(page.BulletinRows().rowCount(), 6);
-    EXPECT_EQ(items(page.cmbSujet), QStringList({"Bougies", "Freins", "Pompes"}));
 
-    // An index without advertisers empties the lists.
+    writeIndex({{"AUTOLITE", "Nouveau", "Texte nouveau"}, {"WIX", "Filtres", "Texte WIX"}});
+    page.SetupBulletin();
+    EXPECT_EQ(items(page.cmbAnnonceur), QStringList({"AUTOLITE", "WIX"}));
+    EXPECT_EQ(shown(), "Texte nouveau");
+
     prompts.expectMessage(QStringLiteral("errSetupBulletin: 380 Invalid property value"));
     writeIndex({{QVariant(), "Seul", "Texte"}});
     page.SetupBulletin();
     EXPECT_EQ(page.cmbAnnonceur->count(), 0);
     EXPECT_EQ(page.cmbSujet->count(), 0);
     EXPECT_TRUE(prompts.done());
-}
-
-TEST_F(NewslettersTest, UpdateModeReadsNothing) {
-    App().UpdateMode = true;
-    ScriptedPrompter noBox; // NVINDEX is missing, yet nothing is said
-    page.SetupBulletin();
-    EXPECT_EQ(page.cmbAnnonceur->count(), 0);
-    EXPECT_EQ(page.BulletinRows().rowCount(), 0);
 }
 
 } // namespace

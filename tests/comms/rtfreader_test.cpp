@@ -3,7 +3,6 @@
 #include <QStringList>
 #include <QTextBlock>
 #include <QTextDocument>
-#include <QTextEdit>
 #include <gtest/gtest.h>
 #include <ostream>
 
@@ -16,156 +15,120 @@ namespace {
 
 // The paragraphs' texts as they are held (toPlainText() would turn line separators and
 // no-break spaces into ordinary ones).
-QString TextOf(const QTextDocument& document) {
+QString Read(const QString& rtf) {
+    QTextDocument document;
+    ReadRtf(rtf, document);
     QStringList paragraphs;
     for (QTextBlock block = document.begin(); block.isValid(); block = block.next())
         paragraphs << block.text();
     return paragraphs.join(u'\n');
 }
 
-QString Read(const QString& rtf, QTextDocument& document) {
-    ReadRtf(rtf, document);
-    return TextOf(document);
+// The marks of a character format: b(old), i(talic), u(nderline), s(trike-out), the size, the
+// family, the colour and the highlight.
+QString Marks(const QTextCharFormat& format) {
+    const auto has = [&format](QTextFormat::Property property) {
+        return format.hasProperty(property);
+    };
+    QStringList marks = {
+        format.fontWeight() == QFont::Bold ? "b" : "",
+        format.fontItalic() ? "i" : "",
+        format.fontUnderline() ? "u" : "",
+        format.fontStrikeOut() ? "s" : "",
+        has(QTextFormat::FontPointSize) ? QStringLiteral("%1pt").arg(format.fontPointSize()) : "",
+        has(QTextFormat::FontFamilies) ? format.fontFamilies().toStringList().join(u',') : "",
+        has(QTextFormat::ForegroundBrush) ? format.foreground().color().name() : "",
+        has(QTextFormat::BackgroundBrush)
+            ? QStringLiteral("on %1").arg(format.background().color().name())
+            : ""};
+    marks.removeAll(QString());
+    return marks.join(u' ');
 }
 
-QString Read(const QString& rtf) {
+// The pieces of text of the rich text read, each as "text|marks".
+QStringList Pieces(const QString& rtf) {
     QTextDocument document;
-    return Read(rtf, document);
+    ReadRtf(rtf, document);
+    QStringList pieces;
+    for (QTextBlock block = document.begin(); block.isValid(); block = block.next()) {
+        for (auto it = block.begin(); !it.atEnd(); ++it)
+            pieces << it.fragment().text() + u'|' + Marks(it.fragment().charFormat());
+    }
+    return pieces;
 }
 
-// The format of the piece of text that holds `text`.
-QTextCharFormat FormatOf(const QTextDocument& document, const QString& text) {
+// Each paragraph as "text|alignment left right first-line before after": Qt's alignment
+// number (1 left, 2 right, 4 centre, 8 justified), then the indents and spacing in pixels.
+QStringList Paragraphs(const QString& rtf) {
+    QTextDocument document;
+    ReadRtf(rtf, document);
+    QStringList paragraphs;
     for (QTextBlock block = document.begin(); block.isValid(); block = block.next()) {
-        for (auto it = block.begin(); !it.atEnd(); ++it) {
-            if (it.fragment().text().contains(text))
-                return it.fragment().charFormat();
-        }
+        const QTextBlockFormat f = block.blockFormat();
+        paragraphs << QStringLiteral("%1|%2 %3 %4 %5 %6 %7")
+                          .arg(block.text())
+                          .arg(int(f.alignment()))
+                          .arg(f.leftMargin())
+                          .arg(f.rightMargin())
+                          .arg(f.textIndent())
+                          .arg(f.topMargin())
+                          .arg(f.bottomMargin());
     }
-    ADD_FAILURE() << "no text " << text.toStdString();
-    return {};
-}
-
-QTextBlockFormat BlockOf(const QTextDocument& document, const QString& text) {
-    for (QTextBlock block = document.begin(); block.isValid(); block = block.next()) {
-        if (block.text().contains(text))
-            return block.blockFormat();
-    }
-    ADD_FAILURE() << "no paragraph " << text.toStdString();
-    return {};
+    return paragraphs;
 }
 
 TEST(RtfReader, RichTextIsToldFromPlainTextByItsFirstCharacters) {
     EXPECT_TRUE(IsRichText(u"{\\rtf1 x}"));
     EXPECT_FALSE(IsRichText(u" {\\rtf1 x}"));
     EXPECT_FALSE(IsRichText(u"{\\RTF1 x}"));
-    EXPECT_FALSE(IsRichText(u"Prix en baisse {\\rtf"));
-}
-
-TEST(RtfReader, PlainTextAfterRichTextTakesNoneOfItsFormat) {
-    QTextEdit box;
-    box.setReadOnly(true);
-    SetNewsletterText(*box.document(), QStringLiteral("{\\rtf1{\\colortbl;\\red255\\green0"
-                                                      "\\blue0;}\\b\\i\\cf1\\fs40 Rouge}"));
-    EXPECT_EQ(FormatOf(*box.document(), "Rouge").fontWeight(), QFont::Bold);
-    SetNewsletterText(*box.document(), QStringLiteral("Texte simple"));
-    const QTextCharFormat plain = FormatOf(*box.document(), "Texte simple");
-    EXPECT_EQ(plain.fontWeight(), QFont::Normal);
-    EXPECT_FALSE(plain.fontItalic());
-    EXPECT_FALSE(plain.hasProperty(QTextFormat::ForegroundBrush));
-    EXPECT_FALSE(plain.hasProperty(QTextFormat::FontPointSize));
-}
-
-TEST(RtfReader, ParagraphsLinesTabsAndEscapes) {
-    QTextDocument document;
-    EXPECT_EQ(Read("{\\rtf1\\ansi Un\\par Deux\\line suite\\tab fin\\par\n"
-                   "Accolades \\{ \\} et \\\\ barre}",
-                   document),
-              QStringLiteral("Un\nDeux\u2028suite\tfin\nAccolades { } et \\ barre"));
-    EXPECT_EQ(document.blockCount(), 3) << "\\line stays inside its paragraph";
-
-    EXPECT_EQ(Read("{\\rtf1 a\\~b\\emdash c\\endash d\\bullet\\lquote e\\rquote "
-                   "\\ldblquote f\\rdblquote}"),
-              QStringLiteral("a\u00A0b\u2014c\u2013d\u2022\u2018e\u2019\u201Cf\u201D"));
-    EXPECT_EQ(Read("{\\rtf1 ligne\r\nsuite\\\nfin}"), "lignesuite\nfin")
-        << "the file's line breaks are not text; a backslash before one ends the paragraph";
-    EXPECT_EQ(Read("{\\rtf1 \\b gras\\b0 normal}"), "grasnormal")
-        << "the space after a control word belongs to it";
 }
 
 TEST(RtfReader, ParagraphFormatsApplyToTheParagraphTheyEnd) {
-    QTextDocument document;
-    Read("{\\rtf1\\qc Titre\\par\\pard\\li720\\ri360\\fi-360\\sb120\\sa240 Corps\\par"
-         "\\pard\\qr Droite\\par\\qj Justifie}",
-         document);
-    EXPECT_EQ(BlockOf(document, "Titre").alignment(), Qt::AlignHCenter);
-    const QTextBlockFormat body = BlockOf(document, "Corps");
-    EXPECT_EQ(body.alignment(), Qt::AlignLeft) << "\\pard resets the alignment";
-    EXPECT_DOUBLE_EQ(body.leftMargin(), 48);
-    EXPECT_DOUBLE_EQ(body.rightMargin(), 24);
-    EXPECT_DOUBLE_EQ(body.textIndent(), -24);
-    EXPECT_DOUBLE_EQ(body.topMargin(), 8);
-    EXPECT_DOUBLE_EQ(body.bottomMargin(), 16);
-    EXPECT_EQ(BlockOf(document, "Droite").alignment(), Qt::AlignRight);
-    EXPECT_EQ(BlockOf(document, "Justifie").alignment(), Qt::AlignJustify)
-        << "the last paragraph needs no \\par";
+    // \pard resets the alignment; the last paragraph needs no \par.
+    EXPECT_EQ(Paragraphs("{\\rtf1\\qc Titre\\par\\pard\\li720\\ri360\\fi-360\\sb120\\sa240 "
+                         "Corps\\par\\pard\\qr Droite\\par\\qj Justifie}"),
+              QStringList({"Titre|4 0 0 0 0 0", "Corps|1 48 24 -24 8 16", "Droite|2 0 0 0 0 0",
+                           "Justifie|8 0 0 0 0 0"}));
 }
 
 TEST(RtfReader, CharacterFormatsToggleAndGroupsRestoreThem) {
-    QTextDocument document;
-    Read("{\\rtf1 avant {\\b gras {\\i grasitalique} gras2} \\ul souligne\\ul0 "
-         "\\strike barre\\strike0 \\b1 G\\b0 N \\i\\ul\\b tout\\plain rien}",
-         document);
-    EXPECT_EQ(FormatOf(document, "avant").fontWeight(), QFont::Normal);
-    EXPECT_EQ(FormatOf(document, "gras2").fontWeight(), QFont::Bold);
-    EXPECT_FALSE(FormatOf(document, "gras2").fontItalic()) << "the inner group's italic ended";
-    const QTextCharFormat both = FormatOf(document, "grasitalique");
-    EXPECT_EQ(both.fontWeight(), QFont::Bold);
-    EXPECT_TRUE(both.fontItalic());
-    EXPECT_TRUE(FormatOf(document, "souligne").fontUnderline());
-    EXPECT_FALSE(FormatOf(document, "barre").fontUnderline());
-    EXPECT_TRUE(FormatOf(document, "barre").fontStrikeOut());
-    EXPECT_EQ(FormatOf(document, "G").fontWeight(), QFont::Bold);
-    EXPECT_EQ(FormatOf(document, "N").fontWeight(), QFont::Normal);
-    EXPECT_TRUE(FormatOf(document, "tout").fontUnderline());
-    const QTextCharFormat plain = FormatOf(document, "rien");
-    EXPECT_EQ(plain.fontWeight(), QFont::Normal);
-    EXPECT_FALSE(plain.fontItalic());
-    EXPECT_FALSE(plain.fontUnderline());
+    EXPECT_EQ(Pieces("{\\rtf1 avant {\\b gras {\\i grasitalique} gras2} \\ul souligne\\ul0 "
+                     "\\strike barre\\strike0 \\b1 G\\b0 N \\i\\ul\\b tout\\plain rien}"),
+              QStringList({"avant |", "gras |b", "grasitalique|b i", " gras2|b", " |", "souligne|u",
+                           "barre|s", "G|b", "N |", "tout|b i u", "rien|"}));
 }
 
+// \deff names the font of text without \f; colour 0 and colours the table lacks are the
+// automatic colour; \fs0 is ignored; the tables' texts are not shown.
 TEST(RtfReader, FontSizesFamiliesAndColoursComeFromTheTables) {
-    QTextDocument document;
-    Read("{\\rtf1\\ansi\\deff1{\\fonttbl{\\f0\\fswiss Arial;}{\\f1\\froman Times New Roman;}}"
-         "{\\colortbl;\\red255\\green0\\blue0;\\red0\\green0\\blue128;}"
-         "Defaut \\f0\\fs32 Grand {\\cf1 Rouge} {\\cf2\\highlight1 Marine} {\\cf9 Hors} "
-         "\\fs0 Garde \\plain Simple}",
-         document);
-    EXPECT_EQ(TextOf(document), "Defaut Grand Rouge Marine Hors Garde Simple")
-        << "the tables' texts are not shown";
-    EXPECT_EQ(FormatOf(document, "Defaut").fontFamilies().toStringList(),
-              QStringList("Times New Roman"))
-        << "\\deff names the font of text without \\f";
-    const QTextCharFormat big = FormatOf(document, "Grand");
-    EXPECT_EQ(big.fontFamilies().toStringList(), QStringList("Arial"));
-    EXPECT_DOUBLE_EQ(big.fontPointSize(), 16);
-    EXPECT_EQ(FormatOf(document, "Rouge").foreground().color(), QColor(255, 0, 0));
-    EXPECT_FALSE(FormatOf(document, "Grand").hasProperty(QTextFormat::ForegroundBrush))
-        << "colour 0 is the automatic colour";
-    EXPECT_EQ(FormatOf(document, "Marine").foreground().color(), QColor(0, 0, 128));
-    EXPECT_EQ(FormatOf(document, "Marine").background().color(), QColor(255, 0, 0));
-    EXPECT_FALSE(FormatOf(document, "Hors").hasProperty(QTextFormat::ForegroundBrush))
-        << "a colour the table lacks is the automatic colour";
-    EXPECT_DOUBLE_EQ(FormatOf(document, "Garde").fontPointSize(), 16) << "\\fs0 is ignored";
-    EXPECT_FALSE(FormatOf(document, "Simple").hasProperty(QTextFormat::FontPointSize));
+    EXPECT_EQ(
+        Pieces("{\\rtf1\\ansi\\deff1{\\fonttbl{\\f0\\fswiss Arial;}{\\f1\\froman Times New "
+               "Roman;}}{\\colortbl;\\red255\\green0\\blue0;\\red0\\green0\\blue128;}"
+               "Defaut \\f0\\fs32 Grand {\\cf1 Rouge} {\\cf2\\highlight1 Marine} {\\cf9 Hors} "
+               "\\fs0 Garde \\plain Simple}"),
+        QStringList({"Defaut |Times New Roman", "Grand |16pt Arial", "Rouge|16pt Arial #ff0000",
+                     " |16pt Arial", "Marine|16pt Arial #000080 on #ff0000",
+                     " Hors Garde |16pt Arial", "Simple|Times New Roman"}));
 }
 
 // The text of each rich text, and why it reads so.
-TEST(RtfReader, TextOfCodePagesUnicodeSkippedDestinationsAndDamage) {
+TEST(RtfReader, TextOfEscapesCodePagesUnicodeSkippedDestinationsAndDamage) {
     const struct {
         const char* rtf;
         QString text;
         const char* why;
     } cases[] = {
+        {"{\\rtf1\\ansi Un\\par Deux\\line suite\\tab fin\\par\n"
+         "Accolades \\{ \\} et \\\\ barre}",
+         QStringLiteral("Un\nDeux\u2028suite\tfin\nAccolades { } et \\ barre"),
+         "\\line stays inside its paragraph"},
+        {"{\\rtf1 a\\~b\\emdash c\\endash d\\bullet\\lquote e\\rquote \\ldblquote f\\rdblquote}",
+         QStringLiteral("a\u00A0b\u2014c\u2013d\u2022\u2018e\u2019\u201Cf\u201D"),
+         "special characters"},
+        {"{\\rtf1 ligne\r\nsuite\\\nfin}", "lignesuite\nfin",
+         "the file's line breaks are not text; a backslash before one ends the paragraph"},
+        {"{\\rtf1 \\b gras\\b0 normal}", "grasnormal",
+         "the space after a control word belongs to it"},
         {"{\\rtf1\\ansi Caf\\'e9 \\'80 \\'93ok\\'94}", QStringLiteral("Café € \u201Cok\u201D"),
          "Windows-1252 by default"},
         {"{\\rtf1\\ansi\\ansicpg1251 \\'cf\\'f0\\'e8}", QStringLiteral("При"), "\\ansicpg"},
@@ -207,10 +170,8 @@ TEST(RtfReader, TextOfCodePagesUnicodeSkippedDestinationsAndDamage) {
         SCOPED_TRACE(c.why);
         EXPECT_EQ(Read(QString::fromUtf8(c.rtf)), c.text);
     }
-    QTextDocument document;
-    Read("{\\rtf1 \\fs65000 \\li40000 x}", document);
-    EXPECT_DOUBLE_EQ(FormatOf(document, "x").fontPointSize(), 1638);
-    EXPECT_DOUBLE_EQ(BlockOf(document, "x").leftMargin(), 31680 / 15.0);
+    EXPECT_EQ(Pieces("{\\rtf1 \\fs65000 \\li40000 x}"), QStringList("x|1638pt"));
+    EXPECT_EQ(Paragraphs("{\\rtf1 \\fs65000 \\li40000 x}"), QStringList("x|1 2112 0 0 0 0"));
 }
 
 TEST(RtfReader, DeepNestingIsReadWithoutDeepRecursionOrMemory) {
@@ -219,9 +180,7 @@ TEST(RtfReader, DeepNestingIsReadWithoutDeepRecursionOrMemory) {
         "{\\rtf1 debut" + QString(depth, u'{') + "profond" + QString(depth, u'}') + " fin}";
     EXPECT_EQ(Read(rtf), "debut fin") << "the text of groups nested too deep is left out";
     const QString shallow = "{\\rtf1 a" + QString(50, u'{') + "\\b b" + QString(50, u'}') + "c}";
-    QTextDocument document;
-    EXPECT_EQ(Read(shallow, document), "abc");
-    EXPECT_EQ(FormatOf(document, "c").fontWeight(), QFont::Normal);
+    EXPECT_EQ(Pieces(shallow), QStringList({"a|", "b|b", "c|"}));
 }
 
 } // namespace
