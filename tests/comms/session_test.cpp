@@ -180,12 +180,15 @@ TEST_F(SessionTest, UnwritableDestinationIsToldToTheServer) {
 TEST_F(SessionTest, SocketErrorsByWinsockNumber) {
     session->SocketError(10054, QStringLiteral("reset")); // ignored: nothing shown, nothing closed
     EXPECT_TRUE(view.reports.isEmpty());
-    prompts.expectMessage(QStringLiteral("wsckError: 10050 Network down"));
-    session->SocketError(10050, QStringLiteral("Network down"));
+    prompts.expectMessage(QStringLiteral("wsckError: 10050 Network down"))
+        .expectMessage(LoadText(59), Buttons::Ok, Icon::Critical, QString(), Answer::Ok)
+        .expectMessage(LoadText(60), Buttons::Ok, Icon::Critical, QString(), Answer::Ok);
+    for (const int number : {10050, 10061, 10060})
+        session->SocketError(number, QStringLiteral("Network down"));
     // A close asked for while the report is shown (inside the first close) does nothing.
     view.onReport = [this] { session->SocketError(11001, QStringLiteral("host")); };
     session->SocketError(11001, QStringLiteral("host")); // silent
-    EXPECT_EQ(view.reports, (QStringList{ReportEnd, ReportEnd}));
+    EXPECT_EQ(view.reports, QStringList(4, ReportEnd));
 }
 
 // Versions that cannot be split and a server closing during the start file: the session
