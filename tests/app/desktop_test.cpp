@@ -1,13 +1,39 @@
+// What the dealer sees of the program itself: its texts and Qt's in the chosen language, the
+// guide behind F1, the pictures, and the start windows' names.
+#include "app/appstate.h"
+#include "app/frmsplash.h"
 #include "app/help.h"
 #include "app/icons.h"
+#include "app/mdifrmmain.h"
+#include "app/messages.h"
 
 #include "testfiles.h"
 
+#include <QApplication>
+#include <QDialogButtonBox>
 #include <QDir>
 #include <QFileInfo>
 #include <QImage>
+#include <QLabel>
+#include <QPushButton>
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
+
+// The texts keep their blanks; a language base without texts falls back on French.
+TEST(MessageCatalogue, TheLanguageBaseChoosesTheTextsAndQtsOwnButtons) {
+    ResetAppState();
+    App().Settings.Nation = 1000;
+    EXPECT_EQ(LoadText(62), QStringLiteral("Nom "));
+    App().Settings.Nation = 3000;
+    EXPECT_EQ(LoadText(35), QStringLiteral("Désirez-vous quitter Mercantel?"));
+    for (const auto& [nation, cancel] : {std::pair{1000, "Annuler"}, {2000, "Cancel"}}) {
+        App().Settings.Nation = qint16(nation);
+        LoadQtTranslations();
+        const QDialogButtonBox buttons(QDialogButtonBox::Cancel);
+        EXPECT_EQ(buttons.button(QDialogButtonBox::Cancel)->text(), QString::fromUtf8(cancel));
+    }
+    ResetAppState();
+}
 
 // The guide is found beside a built program, in the shared data of an installed one, and in
 // the language asked; without it F1 still leads somewhere: the maker's help page.
@@ -43,4 +69,26 @@ TEST(Pictures, EveryCommandAndTheProgramHaveTheirOwnAtBothDensities) {
         seen.append(picture);
     }
     EXPECT_TRUE(ProgramIcon().availableSizes().contains(QSize(256, 256)));
+}
+
+// The splash and the frame carry the product name of the language with the version; the
+// boxes shown without a title of their own then read the product name.
+TEST(StartWindows, SplashAndFrameNameTheProductAndItsVersion) {
+    ResetAppState();
+    for (const auto& [nation, product] :
+         {std::pair{1000, QStringLiteral("Mercantel")}, {2000, QStringLiteral("Tallyrate")}}) {
+        App().Settings.Nation = qint16(nation);
+        const QString title = product + QStringLiteral(" Version Beta 2004.3.2");
+        frmSplash splash;
+        EXPECT_EQ(QApplication::applicationName(), title);
+        EXPECT_EQ(splash.Label2->text(), QStringLiteral("Norvale Systems\n") + title);
+        EXPECT_EQ(splash.size(), splash.Picture1->size());
+        EXPECT_EQ(splash.Picture1->pixmap().toImage() == SplashPicture(1000).toImage(),
+                  nation == 1000)
+            << "each language has its own picture";
+        MDIfrmMain frame;
+        EXPECT_EQ(frame.windowTitle(), title);
+        EXPECT_EQ(QApplication::applicationName(), product);
+    }
+    ResetAppState();
 }
