@@ -1,4 +1,5 @@
 #include "app/appstate.h"
+#include "app/installpath.h"
 #include "app/messages.h"
 #include "app/settings.h"
 #include "app/startup.h"
@@ -40,35 +41,30 @@ struct StartupRun {
     StartupHooks hooks;
     QStringList calls;
     QStringList started;
+    QStringList windowsShown;
     bool openDataResult = true;
-    bool convertResult = true;
 
     StartupRun() {
         ResetAppState();
-        hooks.openData = [this] {
-            calls << QStringLiteral("openData");
-            return openDataResult;
-        };
-        hooks.detectInstal = [this] {
-            calls << QStringLiteral("detectInstal");
-            return QStringLiteral("2");
-        };
+        hooks.openData = [this] { return record("openData") && openDataResult; };
+        hooks.detectInstal = [this] { return record("detectInstal") ? "2" : ""; };
         hooks.convert = [this](bool forced) {
-            calls << (forced ? QStringLiteral("convert(forced)") : QStringLiteral("convert"));
-            return convertResult;
+            return record(forced ? "convert(forced)" : "convert");
         };
-        hooks.showMainWindow = [this] { calls << QStringLiteral("showMainWindow"); };
+        hooks.showMainWindow = [this] { record("showMainWindow"); };
         setStoredDrive(install.drive());
         install.installServiceProgram();
+    }
+
+    bool record(const char* call) {
+        calls << QString::fromLatin1(call);
+        return true;
     }
 
     void setStoredDrive(const QString& drive) const {
         CRegSettings(install.settingsFile())
             .SetValue(RegistryKeyPathText, QStringLiteral("Drive"), drive);
     }
-
-    // Titles of the windows shown during the run.
-    QStringList windowsShown;
 
     StartupOutcome run(const QString& commandLine) {
         ShowWatch watch(windowsShown);
@@ -80,7 +76,9 @@ struct StartupRun {
         return Main(commandLine, hooks, env);
     }
 
-    QStringList serviceLog() const { return LoggedLines(install.dir("NVNV") + "NVSERV.LOG"); }
+    QStringList serviceLog() const {
+        return LoggedLines(ResolveInstallPath(install.dir("NVNV")) + "NVSERV.LOG");
+    }
 };
 
 } // namespace
@@ -90,18 +88,20 @@ TEST(Startup, APendingLauncherIsSwappedAndNothingElseHappens) {
     run.install.write(run.install.programDir() + QStringLiteral("/MAIN.NEW"), "new launcher");
     EXPECT_EQ(run.run(QString()), StartupOutcome::Ended);
     EXPECT_FALSE(QFile::exists(run.install.programDir() + QStringLiteral("/MAIN.NEW")));
-    QFile launcher(run.install.programDir() + QStringLiteral("/MAIN.EXE"));
-    ASSERT_TRUE(launcher.open(QIODevice::ReadOnly));
-    EXPECT_EQ(launcher.readAll(), QByteArray("new launcher"));
+    EXPECT_EQ(ReadBytes(run.install.programDir() + QStringLiteral("/MAIN.EXE")), "new launcher");
     EXPECT_EQ(run.started, QStringList{QStringLiteral("MAIN.EXE")});
     EXPECT_TRUE(run.calls.isEmpty());
     EXPECT_TRUE(App().RegistryKeyPath.isEmpty()) << "no settings are read";
     EXPECT_TRUE(run.windowsShown.isEmpty()) << "no window is shown";
 }
 
+// Installations copied from Windows may name their directories in lower case: the paths keep
+// their names, the disk's are used.
 TEST(Startup, ANormalStartOpensTheDataRunsTheServiceProgramAndShowsTheMainWindow) {
     StartupRun run;
     run.install.write(run.install.programDir() + QStringLiteral("/MAIN.EXE"), "old launcher");
+    ASSERT_TRUE(QDir(run.install.drive()).rename(QStringLiteral("PRG"), QStringLiteral("prg")));
+    ASSERT_TRUE(QDir(run.install.drive()).rename(QStringLiteral("NVNV"), QStringLiteral("nvnv")));
     EXPECT_EQ(run.run(QString()), StartupOutcome::MainWindowShown);
     EXPECT_EQ(run.windowsShown, QStringList{QStringLiteral("frmSplash")});
     EXPECT_FALSE(QFile::exists(run.install.programDir() + QStringLiteral("/MAIN.EXE")));
@@ -115,22 +115,12 @@ TEST(Startup, ANormalStartOpensTheDataRunsTheServiceProgramAndShowsTheMainWindow
     EXPECT_EQ(app.InfoPath, run.install.dir(QStringLiteral("NVINFO")));
     EXPECT_EQ(app.Settings.Instal, 2);
     EXPECT_EQ(app.ContactLine, MessageCatalogue::text(1034));
-    EXPECT_EQ(QDir::current().absolutePath() + u'/', app.PrgPath);
-    EXPECT_TRUE(QFile::exists(app.DataPath + run.install.serviceProgramName()))
-        << "the service program is copied into the data directory";
-    EXPECT_EQ(run.serviceLog(), QStringList{"0 2"});
-}
-
-TEST(Startup, AnInstallationCopiedWithLowerCaseNamesIsFoundAndBecomesTheCurrentDirectory) {
-    StartupRun run;
-    ASSERT_TRUE(QDir(run.install.drive()).rename(QStringLiteral("PRG"), QStringLiteral("prg")));
-    ASSERT_TRUE(QDir(run.install.drive()).rename(QStringLiteral("NVNV"), QStringLiteral("nvnv")));
-    EXPECT_EQ(run.run(QString()), StartupOutcome::MainWindowShown);
-    EXPECT_EQ(App().PrgPath, run.install.dir(QStringLiteral("PRG")));
     EXPECT_EQ(QDir::current().absolutePath(),
               QDir(run.install.drive()).absoluteFilePath(QStringLiteral("prg")));
     EXPECT_TRUE(
-        QFile::exists(run.install.dir(QStringLiteral("nvnv")) + run.install.serviceProgramName()));
+        QFile::exists(run.install.dir(QStringLiteral("nvnv")) + run.install.serviceProgramName()))
+        << "the service program is copied into the data directory";
+    EXPECT_EQ(run.serviceLog(), QStringList{"0 2"});
 }
 
 TEST(Startup, CommandLineWordsFollowTheirCaseRules) {
@@ -152,39 +142,31 @@ TEST(Startup, CommandLineWordsFollowTheirCaseRules) {
     }
 }
 
+// The drive is asked four times at most; one typed relative to where the program was started
+// (which is not where it goes on) names the same place.
 TEST(Startup, TheDriveIsAskedFourTimesAtMostThenTheProgramEnds) {
-    StartupRun run;
-    run.setStoredDrive(QStringLiteral("/nowhere"));
-    ScriptedPrompter prompts;
-    const QString ask = MessageCatalogue::text(1075);
-    for (const QString& typed :
-         {QStringLiteral("/a"), QStringLiteral("/b"), QString(), QStringLiteral("/d")})
-        prompts.expectInput(ask, typed, DefaultDrive());
-    prompts.expectMessage(MessageCatalogue::text(1076));
-    EXPECT_EQ(run.run(QString()), StartupOutcome::Ended);
-    EXPECT_TRUE(run.calls.isEmpty());
-}
-
-TEST(Startup, AValidDriveAtTheFourthPromptEvenRelativeLetsTheStartGoOn) {
-    StartupRun run;
-    run.setStoredDrive(QStringLiteral("/nowhere"));
-    ScriptedPrompter prompts;
-    const QString ask = MessageCatalogue::text(1075);
-    for (int i = 0; i < 3; ++i)
-        prompts.expectInput(ask, QStringLiteral("/wrong"));
-    // Typed relative to where the program was started, which is not where it goes on.
-    QDir::setCurrent(QFileInfo(run.install.drive()).path());
-    prompts.expectInput(ask, QStringLiteral("drive"));
-    EXPECT_EQ(run.run(QString()), StartupOutcome::MainWindowShown);
-    EXPECT_EQ(QFileInfo(App().DataPath).canonicalFilePath(),
-              QFileInfo(run.install.dir(QStringLiteral("NVNV"))).canonicalFilePath());
-    EXPECT_EQ(run.serviceLog(), QStringList{"0 2"});
+    for (const bool foundAtLast : {false, true}) {
+        StartupRun run;
+        run.setStoredDrive(QStringLiteral("/nowhere"));
+        QDir::setCurrent(QFileInfo(run.install.drive()).path());
+        ScriptedPrompter prompts;
+        const QString ask = MessageCatalogue::text(1075);
+        for (const QString& typed : {QStringLiteral("/a"), QStringLiteral("/b"), QString()})
+            prompts.expectInput(ask, typed, DefaultDrive());
+        prompts.expectInput(ask, foundAtLast ? QStringLiteral("drive") : QStringLiteral("/d"));
+        if (!foundAtLast)
+            prompts.expectMessage(MessageCatalogue::text(1076));
+        EXPECT_EQ(run.run(QString()),
+                  foundAtLast ? StartupOutcome::MainWindowShown : StartupOutcome::Ended);
+        EXPECT_EQ(run.calls.isEmpty(), !foundAtLast);
+        EXPECT_EQ(QFileInfo(App().DataPath).canonicalFilePath(),
+                  foundAtLast ? QFileInfo(run.install.dir("NVNV")).canonicalFilePath() : QString());
+    }
 }
 
 TEST(Startup, FailuresOfTheLaterStepsEndTheStart) {
     const std::function<void(StartupRun&, ScriptedPrompter&)> failures[] = {
         [](StartupRun& run, ScriptedPrompter&) { run.openDataResult = false; },
-        [](StartupRun& run, ScriptedPrompter&) { run.convertResult = false; },
         [](StartupRun& run, ScriptedPrompter& prompts) { // no service program
             QFile::remove(run.install.programDir() + u'/' + run.install.serviceProgramName());
             prompts.expectMessage(MessageCatalogue::text(1077));
