@@ -1,5 +1,5 @@
-// The data store on the demo installation: opening, the installation kind, closing, the binding
-// of the configuration pane, and the demo tables as every statement of the program reads them.
+// The data store on the demo installation: opening, the installation kind, closing, and the
+// binding of the configuration pane.
 #include "../../tools/demo-install/demotables.h"
 
 #include "app/appstate.h"
@@ -205,35 +205,19 @@ TEST_F(DataStoreTest, BoundControlsShowTheCurrentRowAndWriteItsPendingValues) {
     EXPECT_EQ(rsPrixList.editMode(), EditMode::None);
 }
 
-TEST_F(DataStoreTest, TheDemoTablesAnswerTheProgramsOtherStatements) {
-    Connection data, prg, info;
-    data.open(App().DataPath);
-    prg.open(App().PrgPath);
-    info.open(root.path() + "/NVINFO/");
-    Recordset rs;
-    const QList<QPair<Connection*, QString>> queries = {
-        {&prg, "SELECT * FROM NVVERS"},
-        {&prg, "NVAPPEL.DBF"},
-        {&info, "SELECT * FROM NVINDEX ORDER BY ANNONCEUR+SUJET"}};
-    for (const auto& [connection, source] : queries) {
-        SCOPED_TRACE(source.toStdString());
-        rs.open(source, *connection, CursorType::Keyset, LockType::Optimistic);
-        EXPECT_GT(rs.recordCount(), 0);
-        rs.close();
-    }
-    rs.open("SELECT * FROM NVINDEX ORDER BY ANNONCEUR+SUJET", info);
-    EXPECT_EQ(rs.fieldCount(), 11);
-    EXPECT_EQ(rs.value(1).toString(), "BOSCH");
-    rs.close();
-
-    // The conversion's statements on the table before CATNO.
+// The demo keeps PRIXLIST's form before CATNO, on which the conversion's statements run.
+TEST_F(DataStoreTest, TheDemosOlderPriceListTakesTheConversionsStatements) {
     ASSERT_TRUE(QFile::remove(App().DataPath + "PRIXLIST.DBF"));
     ASSERT_TRUE(
         QFile::copy(App().DataPath + "PRIXLIST.OLD-FORM.DBF", App().DataPath + "PRIXLIST.DBF"));
+    Connection data;
+    data.open(App().DataPath);
     data.execute("SELECT * INTO PRIXTEMP FROM PRIXLIST WHERE FICHIER IS NULL");
     data.execute("ALTER TABLE PRIXTEMP ADD COLUMN CATNO TEXT(254)");
     const qint64 copied = data.execute("INSERT INTO PRIXTEMP SELECT * FROM PRIXLIST");
+    Recordset rs;
     rs.open("PRIXTEMP.DBF", data, CursorType::Keyset, LockType::Optimistic);
     EXPECT_EQ(rs.fieldCount(), PrixField::Count);
+    EXPECT_GT(copied, 50);
     EXPECT_EQ(rs.recordCount(), copied);
 }
