@@ -39,9 +39,9 @@ protected:
             return QList<Departement>{{"F", "Fournitures"}, {"M", "Mécanique"}};
         });
         dialog = std::make_unique<frmQuestion>();
-        dialog->setTitreFenetre(QStringLiteral("Liste Bosch"));
-        dialog->setTexteQuestion(QStringLiteral("\r\nVeuillez inscrire le nom de la matrice."));
-        dialog->setValeurDefaut(QStringLiteral("MATBOS"));
+        dialog->setTitreFenetre("Liste Bosch");
+        dialog->setTexteQuestion("\r\nVeuillez inscrire le nom de la matrice.");
+        dialog->setValeurDefaut("MATBOS");
     }
     void TearDown() override {
         dialog.reset();
@@ -55,33 +55,33 @@ protected:
 
 // Annuler puts the proposal back and leaves the dialog open; OK hides it and keeps the answers.
 TEST_F(QuestionTest, AnnulerPutsTheProposalBackAndOkKeepsTheAnswers) {
-    EXPECT_EQ(dialog->bouton(), QStringLiteral("0"));
-    EXPECT_EQ(dialog->lblTitre->text(), QStringLiteral("Liste Bosch"));
+    EXPECT_EQ(dialog->bouton(), "0");
+    EXPECT_EQ(dialog->lblTitre->text(), "Liste Bosch");
     dialog->chkOption->setChecked(true);
-    dialog->selectDepartement(QStringLiteral("M"));
+    dialog->selectDepartement("M");
     const int result = execWith(*dialog, [this] {
-        dialog->txtQuestion->setText(QStringLiteral("typed"));
+        dialog->txtQuestion->setText("typed");
         dialog->lblBoutonClick(1);
         EXPECT_TRUE(dialog->isVisible());
-        EXPECT_EQ(dialog->bouton(), QStringLiteral("2"));
-        EXPECT_EQ(dialog->txtQuestion->text(), QStringLiteral("MATBOS"));
+        EXPECT_EQ(dialog->bouton(), "2");
+        EXPECT_EQ(dialog->txtQuestion->text(), "MATBOS");
         dialog->lblBoutonClick(0);
     });
     EXPECT_EQ(result, QDialog::Accepted);
-    EXPECT_EQ(dialog->bouton(), QStringLiteral("1"));
-    EXPECT_EQ(dialog->txtQuestion->text(), QStringLiteral("MATBOS"));
+    EXPECT_EQ(dialog->bouton(), "1");
+    EXPECT_EQ(dialog->txtQuestion->text(), "MATBOS");
     EXPECT_TRUE(dialog->chkOption->isChecked());
-    EXPECT_EQ(dialog->departement(), QStringLiteral("M"));
+    EXPECT_EQ(dialog->departement(), "M");
 
     // Shown again: the entry box takes the new proposal; Enter accepts what was typed.
-    dialog->setValeurDefaut(QStringLiteral("AB"));
+    dialog->setValeurDefaut("AB");
     execWith(*dialog, [this] {
-        EXPECT_EQ(dialog->txtQuestion->text(), QStringLiteral("AB"));
-        QTest::keyClicks(dialog->txtQuestion, QStringLiteral("C"));
+        EXPECT_EQ(dialog->txtQuestion->text(), "AB");
+        QTest::keyClicks(dialog->txtQuestion, "C");
         QTest::keyClick(dialog->txtQuestion, Qt::Key_Return);
     });
-    EXPECT_EQ(dialog->bouton(), QStringLiteral("1"));
-    EXPECT_EQ(dialog->txtQuestion->text(), QStringLiteral("ABC"));
+    EXPECT_EQ(dialog->bouton(), "1");
+    EXPECT_EQ(dialog->txtQuestion->text(), "ABC");
 }
 
 TEST_F(QuestionTest, AbandonUnloadsAndLeavesOnlyInitialValues) {
@@ -89,16 +89,16 @@ TEST_F(QuestionTest, AbandonUnloadsAndLeavesOnlyInitialValues) {
              [](frmQuestion& d) { d.lblBoutonClick(2); },
              [](frmQuestion& d) { QTest::keyClick(d.txtQuestion, Qt::Key_Escape); },
              [](frmQuestion& d) { d.close(); }}) {
-        dialog->lblEntree->setText(QStringLiteral("Matrice"));
+        dialog->lblEntree->setText("Matrice");
         dialog->chkOption->setChecked(true);
         dialog->cmbDepart->setVisible(false);
-        dialog->selectDepartement(QStringLiteral("F"));
+        dialog->selectDepartement("F");
         execWith(*dialog, [&] {
-            dialog->txtQuestion->setText(QStringLiteral("typed"));
+            dialog->txtQuestion->setText("typed");
             abandon(*dialog);
         });
         EXPECT_FALSE(dialog->isVisible());
-        EXPECT_EQ(dialog->bouton(), QStringLiteral("3"));
+        EXPECT_EQ(dialog->bouton(), "3");
         EXPECT_EQ(dialog->txtQuestion->text(), QString());
         EXPECT_EQ(dialog->lblEntree->text(), QString());
         EXPECT_FALSE(dialog->chkOption->isChecked());
@@ -130,13 +130,13 @@ TEST_F(QuestionTest, OnlyTheButtonUnderTheMouseIsHighlighted) {
     EXPECT_TRUE(highlighted().isEmpty());
     // A click on a label button is a click of that button.
     QTest::mouseClick(dialog->lblBouton[1], Qt::LeftButton);
-    EXPECT_EQ(dialog->bouton(), QStringLiteral("2"));
+    EXPECT_EQ(dialog->bouton(), "2");
 }
 
 TEST(ErrorAndReportWindows, ShowTheirTextsAndCloseOnOK) {
     ResetAppState();
-    App().ErrorText = QStringLiteral("Conversion: table PRIXLIST verrouillée");
-    App().ContactLine = QStringLiteral("Communiquez avec Norvale Systems au: 1-800-555-0199");
+    App().ErrorText = "Conversion: table PRIXLIST verrouillée";
+    App().ContactLine = "Communiquez avec Norvale Systems au: 1-800-555-0199";
     frmErrMsg error;
     EXPECT_EQ(error.lblMessage->text(), App().ErrorText + "\r\n" + App().ContactLine);
     bool survivedEscape = false;
@@ -148,10 +148,9 @@ TEST(ErrorAndReportWindows, ShowTheirTextsAndCloseOnOK) {
     EXPECT_TRUE(survivedEscape);
     EXPECT_EQ(result, QDialog::Accepted);
 
-    frmRapport report(
-        QStringLiteral("14:32:05> Liste Bosch réussie\r\n--- Fin du rapport ---\r\n"));
+    frmRapport report("14:32:05> Liste Bosch réussie\r\n--- Fin du rapport ---\r\n");
     EXPECT_EQ(report.txtRapport->toPlainText(),
-              QStringLiteral("14:32:05> Liste Bosch réussie\n--- Fin du rapport ---\n"));
+              "14:32:05> Liste Bosch réussie\n--- Fin du rapport ---\n");
     EXPECT_TRUE(report.txtRapport->isReadOnly());
     EXPECT_EQ(execWith(report, [&] { report.cmdOK->click(); }), QDialog::Accepted);
     ResetAppState();

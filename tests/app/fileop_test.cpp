@@ -11,10 +11,10 @@
 
 namespace {
 
-const QString Move = QStringLiteral("MOVE");
-const QString Copy = QStringLiteral("COPY");
-const QString CreateFolder = QStringLiteral("CFOLDER");
-const QString Delete = QStringLiteral("DELETE");
+const QString Move = "MOVE";
+const QString Copy = "COPY";
+const QString CreateFolder = "CFOLDER";
+const QString Delete = "DELETE";
 
 class FileOpTest : public ::testing::Test {
 protected:
@@ -29,7 +29,7 @@ protected:
 TEST_F(FileOpTest, ExistenceAndPathsFollowTheDiskInAnyCase) {
     WriteBytes(path("Nvnv/Sub/Stock.Dbf"), "x");
     EXPECT_TRUE(FileOp(QString(), path("Nvnv/Sub/Stock.Dbf")));
-    EXPECT_TRUE(FileOp(QStringLiteral("ANY"), path("NVNV/SUB/STOCK.DBF")));
+    EXPECT_TRUE(FileOp("ANY", path("NVNV/SUB/STOCK.DBF")));
     EXPECT_TRUE(FileOp(QString(), path("nvnv")));
     EXPECT_TRUE(FileOp(QString(), path("NVNV/SUB/")));
     EXPECT_FALSE(FileOp(QString(), path("NVNV/STOCK.DBF")));
@@ -38,7 +38,7 @@ TEST_F(FileOpTest, ExistenceAndPathsFollowTheDiskInAnyCase) {
 
     EXPECT_EQ(ResolveInstallPath(path("NVNV/SUB/STOCK.DBF")), path("Nvnv/Sub/Stock.Dbf"));
     EXPECT_EQ(ResolveInstallPath(path("NVNV/SUB/")), path("Nvnv/Sub/"));
-    EXPECT_EQ(ResolveInstallPath(path("NVNV/"), QStringLiteral("sub")), path("Nvnv/Sub"));
+    EXPECT_EQ(ResolveInstallPath(path("NVNV/"), "sub"), path("Nvnv/Sub"));
     EXPECT_EQ(ResolveInstallPath(path("NVNV/OTHER.DBF")), path("Nvnv/OTHER.DBF"));
     EXPECT_EQ(ResolveInstallPath(path("PRG/MENU.EXE")), path("PRG/MENU.EXE"));
 }
@@ -96,7 +96,7 @@ TEST_F(FileOpTest, CreateFolderAndDeleteAnswerFalseAndTouchOnlyWhatTheyName) {
 }
 
 TEST(DotDecimal, CommasBecomePointsAndNullBecomesZero) {
-    EXPECT_EQ(DotDecimal(QStringLiteral("1,234,5")), QStringLiteral("1.234.5"));
-    EXPECT_EQ(DotDecimal(QString()), QStringLiteral("0"));
-    EXPECT_EQ(DotDecimal(QStringLiteral("")), QStringLiteral(""));
+    EXPECT_EQ(DotDecimal("1,234,5"), "1.234.5");
+    EXPECT_EQ(DotDecimal(QString()), "0");
+    EXPECT_EQ(DotDecimal(""), "");
 }

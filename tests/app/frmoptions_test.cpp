@@ -21,14 +21,14 @@ protected:
         ResetAppState();
         AppState& app = App();
         app.Settings.Nation = 1000;
-        app.Settings.IP = QStringLiteral("maj.concession.example");
+        app.Settings.IP = "maj.concession.example";
         app.Settings.Port = 2101;
         app.Settings.Selection = 1;
         app.Settings.Format = 0;
-        app.DataPath = install.dir(QStringLiteral("NVNV"));
+        app.DataPath = install.dir("NVNV");
         install.write(app.DataPath + HiddenString(17));
         // A second data directory the dealer may move to.
-        other.write(other.dir(QStringLiteral("NVNV")) + HiddenString(17));
+        other.write(other.dir("NVNV") + HiddenString(17));
     }
     void TearDown() override { ResetAppState(); }
 
@@ -52,8 +52,8 @@ TEST_F(OptionsTest, ShowsTheSettingsAndAppliesEveryBoxOnOkOnly) {
     {
         frmOptions cancelled;
         cancelled.cmdDefaultClick();
-        EXPECT_EQ(cancelled.txtIP->text(), QStringLiteral("maj.norvale.example"));
-        EXPECT_EQ(cancelled.txtPort->text(), QStringLiteral("2001"));
+        EXPECT_EQ(cancelled.txtIP->text(), "maj.norvale.example");
+        EXPECT_EQ(cancelled.txtPort->text(), "2001");
         cancelled.cmbLangue->setCurrentIndex(1);
         cancelled.chkSauve->setChecked(true);
         cancelled.cmdCancelClick();
@@ -61,22 +61,22 @@ TEST_F(OptionsTest, ShowsTheSettingsAndAppliesEveryBoxOnOkOnly) {
     }
     frmOptions dialog;
     EXPECT_EQ(dialog.cmbLangue->count(), 2);
-    EXPECT_EQ(dialog.cmbLangue->itemText(0), QStringLiteral("Français"));
+    EXPECT_EQ(dialog.cmbLangue->itemText(0), "Français");
     EXPECT_EQ(dialog.cmbLangue->currentIndex(), 0);
     EXPECT_EQ(dialog.txtRepTravail->text(), App().DataPath);
-    EXPECT_EQ(dialog.txtIP->text(), QStringLiteral("maj.concession.example"));
-    EXPECT_EQ(dialog.txtPort->text(), QStringLiteral("40000"));
+    EXPECT_EQ(dialog.txtIP->text(), "maj.concession.example");
+    EXPECT_EQ(dialog.txtPort->text(), "40000");
     EXPECT_TRUE(dialog.chkSelection->isChecked());
     EXPECT_FALSE(dialog.chkSauve->isChecked());
 
     dialog.cmbLangue->setCurrentIndex(1);
     // Typed without its final separator: kept with it, so that names can be appended.
-    const QString otherData = other.dir(QStringLiteral("NVNV"));
+    const QString otherData = other.dir("NVNV");
     dialog.txtRepTravail->setText(otherData.chopped(1));
     dialog.chkSelection->setChecked(false);
     dialog.chkSauve->setChecked(true);
-    dialog.txtIP->setText(QStringLiteral(" 10.0.0.7 "));
-    dialog.txtPort->setText(QStringLiteral("65535"));
+    dialog.txtIP->setText(" 10.0.0.7 ");
+    dialog.txtPort->setText("65535");
     dialog.cmdOKClick();
 
     const AppState& app = App();
@@ -85,15 +85,15 @@ TEST_F(OptionsTest, ShowsTheSettingsAndAppliesEveryBoxOnOkOnly) {
     EXPECT_EQ(app.DataPath, otherData);
     EXPECT_EQ(app.Settings.Selection, 0);
     EXPECT_EQ(app.Settings.Format, 1);
-    EXPECT_EQ(app.Settings.IP, QStringLiteral("10.0.0.7"));
+    EXPECT_EQ(app.Settings.IP, "10.0.0.7");
     EXPECT_EQ(static_cast<quint16>(app.Settings.Port), 65535);
 
     frmOptions again;
     EXPECT_EQ(again.cmbLangue->currentIndex(), 1);
-    EXPECT_EQ(again.chkSauve->text(), QStringLiteral("Save layout when quitting"));
-    again.txtRepTravail->setText(QStringLiteral("/nowhere/NVNV/"));
+    EXPECT_EQ(again.chkSauve->text(), "Save layout when quitting");
+    again.txtRepTravail->setText("/nowhere/NVNV/");
     ScriptedPrompter prompts;
-    prompts.expectMessage(QStringLiteral("Invalid index."));
+    prompts.expectMessage("Invalid index.");
     again.cmdOKClick();
 }
 
@@ -107,9 +107,8 @@ TEST_F(OptionsTest, AWrongPortOrNoHostIsRefusedAndNothingIsSaved) {
         dialog.txtIP->setText(QString::fromLatin1(host));
         const bool portRefused = dialog.txtPort->text() != u"2101";
         ScriptedPrompter prompts;
-        prompts.expectMessage(
-            portRefused ? QStringLiteral("Port invalide. Inscrivez un nombre de 1 à 65535.")
-                        : QStringLiteral("Inscrivez l'adresse du serveur de mise à jour."));
+        prompts.expectMessage(portRefused ? "Port invalide. Inscrivez un nombre de 1 à 65535."
+                                          : "Inscrivez l'adresse du serveur de mise à jour.");
         dialog.cmdOKClick();
         EXPECT_EQ(QApplication::focusWidget(),
                   portRefused ? static_cast<QWidget*>(dialog.txtPort) : dialog.txtIP);
@@ -123,7 +122,7 @@ TEST_F(OptionsTest, AWrongPortOrNoHostIsRefusedAndNothingIsSaved) {
 TEST_F(OptionsTest, AWrongDirectoryKeepsTheFocusUntilCorrectedOrCancelled) {
     frmOptions dialog;
     showWithFocusInDirectory(dialog);
-    dialog.txtRepTravail->setText(install.dir(QStringLiteral("NVGL")));
+    dialog.txtRepTravail->setText(install.dir("NVGL"));
     ScriptedPrompter prompts;
 
     const std::function<void()> leaving[] = {
@@ -136,31 +135,31 @@ TEST_F(OptionsTest, AWrongDirectoryKeepsTheFocusUntilCorrectedOrCancelled) {
         [&] { QTest::mouseClick(dialog.cmdOK, Qt::LeftButton); },
         [&] { QTest::keyClick(dialog.txtRepTravail, Qt::Key_Return); }};
     for (const auto& leave : leaving) {
-        prompts.expectMessage(QStringLiteral("Répertoire invalide."));
+        prompts.expectMessage("Répertoire invalide.");
         leave();
         QApplication::processEvents();
         EXPECT_TRUE(prompts.done());
         EXPECT_TRUE(dialog.isVisible());
         EXPECT_EQ(QApplication::focusWidget(), dialog.txtRepTravail);
     }
-    EXPECT_EQ(App().DataPath, install.dir(QStringLiteral("NVNV")));
+    EXPECT_EQ(App().DataPath, install.dir("NVNV"));
 
     // Corrected: the focus moves on freely.
-    dialog.txtRepTravail->setText(other.dir(QStringLiteral("NVNV")));
+    dialog.txtRepTravail->setText(other.dir("NVNV"));
     QTest::keyClick(dialog.txtRepTravail, Qt::Key_Tab);
     QApplication::processEvents();
     EXPECT_NE(QApplication::focusWidget(), dialog.txtRepTravail);
 
     // Wrong again, then Cancel: no message, nothing applied.
     dialog.txtRepTravail->setFocus(Qt::MouseFocusReason);
-    dialog.txtRepTravail->setText(QStringLiteral("/nowhere/"));
+    dialog.txtRepTravail->setText("/nowhere/");
     QTest::mousePress(dialog.cmdCancel, Qt::LeftButton);
     QApplication::processEvents();
     QTest::mouseRelease(dialog.cmdCancel, Qt::LeftButton);
     QApplication::processEvents();
     EXPECT_FALSE(dialog.isVisible());
     EXPECT_EQ(dialog.result(), QDialog::Rejected);
-    EXPECT_EQ(App().DataPath, install.dir(QStringLiteral("NVNV")));
+    EXPECT_EQ(App().DataPath, install.dir("NVNV"));
 }
 
 } // namespace

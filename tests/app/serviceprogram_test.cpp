@@ -54,13 +54,13 @@ protected:
 TEST_F(ServiceProgramTest, StartsTheProgramForItsCodesOnly) {
     const QString name = HiddenString(0).toLower();
     installProgram(name);
-    EXPECT_EQ(RunServiceProgram(QStringLiteral("1"), 0), 0);
-    const qint64 run = RunServiceProgram(QStringLiteral("5"), 12);
+    EXPECT_EQ(RunServiceProgram("1", 0), 0);
+    const qint64 run = RunServiceProgram("5", 12);
     EXPECT_GT(run, 0);
     EXPECT_EQ(LastServiceTaskId(), run);
-    for (const QString& other : {QStringLiteral("1"), QStringLiteral("A"), QString()})
+    for (const QString& other : QStringList{"1", "A", QString()})
         EXPECT_EQ(RunServiceProgram(other, 0), run);
-    EXPECT_GT(RunServiceProgram(QStringLiteral("6"), 7), 0);
+    EXPECT_GT(RunServiceProgram("6", 7), 0);
     EXPECT_NE(LastServiceTaskId(), run);
     EXPECT_EQ(loggedCalls(name), QStringList({"5 2 12", "6 2"}));
 }
@@ -80,10 +80,10 @@ TEST_F(ServiceProgramTest, WaitsForTheEndWhileTheEventLoopRuns) {
     qint64 seenInside = -1;
     QStringList loggedWhenBack;
     QTimer::singleShot(20, [&] {
-        seenInside = RunServiceProgram(QStringLiteral("1"), 0);
+        seenInside = RunServiceProgram("1", 0);
         loggedWhenBack = loggedCalls();
     });
-    const qint64 run = RunServiceProgram(QStringLiteral("7"), 0);
+    const qint64 run = RunServiceProgram("7", 0);
     timer.stop();
     EXPECT_EQ(seenInside, run);
     EXPECT_EQ(loggedWhenBack, QStringList({"7 2"}));
@@ -94,10 +94,10 @@ TEST_F(ServiceProgramTest, WaitsForTheEndWhileTheEventLoopRuns) {
 
 TEST_F(ServiceProgramTest, AProgramThatCannotStartGivesItsBoxAndMinusOne) {
     ScriptedPrompter prompts;
-    prompts.expectMessage(QStringLiteral("53 File not found"));
-    EXPECT_EQ(RunServiceProgram(QStringLiteral("0"), 0), -1);
+    prompts.expectMessage("53 File not found");
+    EXPECT_EQ(RunServiceProgram("0", 0), -1);
     WriteBytes(dir.filePath(HiddenString(0)), "not a program"); // not executable
-    prompts.expectMessage(QStringLiteral("70 Permission denied"));
-    EXPECT_EQ(RunServiceProgram(QStringLiteral("0"), 0), -1);
+    prompts.expectMessage("70 Permission denied");
+    EXPECT_EQ(RunServiceProgram("0", 0), -1);
     EXPECT_EQ(LastServiceTaskId(), 0);
 }

@@ -35,7 +35,7 @@ TEST(Settings, StoredValuesAreReadByExactNameWithCommaDecimals) {
     EXPECT_FLOAT_EQ(s.Height, 0.45f);
     EXPECT_EQ(s.Nation, 1000) << "999 is raised to French; 'nation' is another name";
     EXPECT_EQ(std::tie(s.Port, s.IP, s.Format, s.Selection, s.Drive),
-              std::tuple(2101, QStringLiteral("10.0.0.5"), 1, 0, QStringLiteral("/srv/dealer")));
+              std::tuple(2101, "10.0.0.5", 1, 0, "/srv/dealer"));
 
     install.write(install.settingsFile(), "[Software/Norvale%20Systems]\nNation=2000\n");
     const AppSettings english = readBack(CRegSettings(install.settingsFile()));
@@ -51,14 +51,13 @@ TEST(Settings, SaveWritesEveryValueBackWithPointDecimalsAndTheDataDrive) {
     const CRegSettings store(install.settingsFile());
     AppState state;
     state.RegistryKeyPath = Key;
-    state.Settings = {
-        QStringLiteral("/old"), 0, 0.45f, 2, QStringLiteral("host"), 2000, 1, 0.6f, 2101};
-    state.DataPath = QStringLiteral("/mnt/dealer/NVNV/");
+    state.Settings = {"/old", 0, 0.45f, 2, "host", 2000, 1, 0.6f, 2101};
+    state.DataPath = "/mnt/dealer/NVNV/";
     SaveSettings(store, state, PaneLayout{5000, 3000, 10000, 8000});
 
-    EXPECT_EQ(store.QueryValue(Key, QStringLiteral("Width")), QStringLiteral("0.6"));
-    EXPECT_EQ(store.QueryValue(Key, QStringLiteral("Height")), QStringLiteral("0.45"));
-    EXPECT_EQ(store.QueryValue(Key, QStringLiteral("Drive")), QStringLiteral("/mnt/dealer"));
+    EXPECT_EQ(store.QueryValue(Key, "Width"), "0.6");
+    EXPECT_EQ(store.QueryValue(Key, "Height"), "0.45");
+    EXPECT_EQ(store.QueryValue(Key, "Drive"), "/mnt/dealer");
     const AppSettings& s = state.Settings;
     const AppSettings back = readBack(store);
     EXPECT_EQ(std::tie(back.Nation, back.Instal, back.Selection, back.Format, back.IP, back.Port),
@@ -67,23 +66,22 @@ TEST(Settings, SaveWritesEveryValueBackWithPointDecimalsAndTheDataDrive) {
 
     state.Settings.Format = 1;
     SaveSettings(store, state, PaneLayout{5000, 3000, 10000, 8000});
-    EXPECT_EQ(store.QueryValue(Key, QStringLiteral("Width")), QStringLiteral("0.504"));
-    EXPECT_EQ(store.QueryValue(Key, QStringLiteral("Height")), QStringLiteral("0.37"));
+    EXPECT_EQ(store.QueryValue(Key, "Width"), "0.504");
+    EXPECT_EQ(store.QueryValue(Key, "Height"), "0.37");
 }
 
 TEST(Settings, RegistryOperationsOnTheirOwnKey) {
     TempInstall install;
     const CRegSettings store(install.settingsFile());
-    EXPECT_EQ(store.QueryValue(Key, QStringLiteral("Nothing"), 0, QStringLiteral("dflt")),
-              QStringLiteral("dflt"));
-    EXPECT_TRUE(store.SetValue(Key, QStringLiteral("*"), QStringLiteral("default value")));
-    EXPECT_TRUE(store.SetValue(Key, QStringLiteral("IP"), QStringLiteral("a")));
-    EXPECT_EQ(store.QueryValue(Key, QStringLiteral("*")), QStringLiteral("default value"));
-    EXPECT_TRUE(store.SetValue(Key, QStringLiteral("Drive"), QString()));
-    EXPECT_EQ(store.QueryValue(Key, QStringLiteral("Drive"), 0, QStringLiteral("dflt")), QString())
+    EXPECT_EQ(store.QueryValue(Key, "Nothing", 0, "dflt"), "dflt");
+    EXPECT_TRUE(store.SetValue(Key, "*", "default value"));
+    EXPECT_TRUE(store.SetValue(Key, "IP", "a"));
+    EXPECT_EQ(store.QueryValue(Key, "*"), "default value");
+    EXPECT_TRUE(store.SetValue(Key, "Drive", QString()));
+    EXPECT_EQ(store.QueryValue(Key, "Drive", 0, "dflt"), QString())
         << "a value that exists answers its text, even an empty one";
-    EXPECT_TRUE(store.DeleteValue(Key, QStringLiteral("IP")));
-    EXPECT_FALSE(store.DeleteValue(Key, QStringLiteral("IP")));
+    EXPECT_TRUE(store.DeleteValue(Key, "IP"));
+    EXPECT_FALSE(store.DeleteValue(Key, "IP"));
     EXPECT_TRUE(store.DeleteValue(Key, QString()));
     EXPECT_EQ(store.EnumValues(Key).size(), 1);
 }

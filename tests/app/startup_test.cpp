@@ -62,8 +62,7 @@ struct StartupRun {
     }
 
     void setStoredDrive(const QString& drive) const {
-        CRegSettings(install.settingsFile())
-            .SetValue(RegistryKeyPathText, QStringLiteral("Drive"), drive);
+        CRegSettings(install.settingsFile()).SetValue(RegistryKeyPathText, "Drive", drive);
     }
 
     StartupOutcome run(const QString& commandLine) {
@@ -85,11 +84,11 @@ struct StartupRun {
 
 TEST(Startup, APendingLauncherIsSwappedAndNothingElseHappens) {
     StartupRun run;
-    run.install.write(run.install.programDir() + QStringLiteral("/MAIN.NEW"), "new launcher");
+    run.install.write(run.install.programDir() + "/MAIN.NEW", "new launcher");
     EXPECT_EQ(run.run(QString()), StartupOutcome::Ended);
-    EXPECT_FALSE(QFile::exists(run.install.programDir() + QStringLiteral("/MAIN.NEW")));
-    EXPECT_EQ(ReadBytes(run.install.programDir() + QStringLiteral("/MAIN.EXE")), "new launcher");
-    EXPECT_EQ(run.started, QStringList{QStringLiteral("MAIN.EXE")});
+    EXPECT_FALSE(QFile::exists(run.install.programDir() + "/MAIN.NEW"));
+    EXPECT_EQ(ReadBytes(run.install.programDir() + "/MAIN.EXE"), "new launcher");
+    EXPECT_EQ(run.started, QStringList{"MAIN.EXE"});
     EXPECT_TRUE(run.calls.isEmpty());
     EXPECT_TRUE(App().RegistryKeyPath.isEmpty()) << "no settings are read";
     EXPECT_TRUE(run.windowsShown.isEmpty()) << "no window is shown";
@@ -99,26 +98,22 @@ TEST(Startup, APendingLauncherIsSwappedAndNothingElseHappens) {
 // their names, the disk's are used.
 TEST(Startup, ANormalStartOpensTheDataRunsTheServiceProgramAndShowsTheMainWindow) {
     StartupRun run;
-    run.install.write(run.install.programDir() + QStringLiteral("/MAIN.EXE"), "old launcher");
-    ASSERT_TRUE(QDir(run.install.drive()).rename(QStringLiteral("PRG"), QStringLiteral("prg")));
-    ASSERT_TRUE(QDir(run.install.drive()).rename(QStringLiteral("NVNV"), QStringLiteral("nvnv")));
+    run.install.write(run.install.programDir() + "/MAIN.EXE", "old launcher");
+    ASSERT_TRUE(QDir(run.install.drive()).rename("PRG", "prg"));
+    ASSERT_TRUE(QDir(run.install.drive()).rename("NVNV", "nvnv"));
     EXPECT_EQ(run.run(QString()), StartupOutcome::MainWindowShown);
-    EXPECT_EQ(run.windowsShown, QStringList{QStringLiteral("frmSplash")});
-    EXPECT_FALSE(QFile::exists(run.install.programDir() + QStringLiteral("/MAIN.EXE")));
-    EXPECT_EQ(run.calls,
-              (QStringList{QStringLiteral("openData"), QStringLiteral("detectInstal"),
-                           QStringLiteral("convert"), QStringLiteral("showMainWindow")}));
+    EXPECT_EQ(run.windowsShown, QStringList{"frmSplash"});
+    EXPECT_FALSE(QFile::exists(run.install.programDir() + "/MAIN.EXE"));
+    EXPECT_EQ(run.calls, (QStringList{"openData", "detectInstal", "convert", "showMainWindow"}));
     const AppState& app = App();
-    EXPECT_EQ(app.PrgPath, run.install.dir(QStringLiteral("PRG")));
-    EXPECT_EQ(app.DataPath, run.install.dir(QStringLiteral("NVNV")));
-    EXPECT_EQ(app.GLPath, run.install.dir(QStringLiteral("NVGL")));
-    EXPECT_EQ(app.InfoPath, run.install.dir(QStringLiteral("NVINFO")));
+    EXPECT_EQ(app.PrgPath, run.install.dir("PRG"));
+    EXPECT_EQ(app.DataPath, run.install.dir("NVNV"));
+    EXPECT_EQ(app.GLPath, run.install.dir("NVGL"));
+    EXPECT_EQ(app.InfoPath, run.install.dir("NVINFO"));
     EXPECT_EQ(app.Settings.Instal, 2);
     EXPECT_EQ(app.ContactLine, MessageCatalogue::text(1034));
-    EXPECT_EQ(QDir::current().absolutePath(),
-              QDir(run.install.drive()).absoluteFilePath(QStringLiteral("prg")));
-    EXPECT_TRUE(
-        QFile::exists(run.install.dir(QStringLiteral("nvnv")) + run.install.serviceProgramName()))
+    EXPECT_EQ(QDir::current().absolutePath(), QDir(run.install.drive()).absoluteFilePath("prg"));
+    EXPECT_TRUE(QFile::exists(run.install.dir("nvnv") + run.install.serviceProgramName()))
         << "the service program is copied into the data directory";
     EXPECT_EQ(run.serviceLog(), QStringList{"0 2"});
 }
@@ -126,10 +121,10 @@ TEST(Startup, ANormalStartOpensTheDataRunsTheServiceProgramAndShowsTheMainWindow
 TEST(Startup, CommandLineWordsFollowTheirCaseRules) {
     {
         StartupRun run;
-        EXPECT_EQ(run.run(QStringLiteral("update")), StartupOutcome::MainWindowShown);
+        EXPECT_EQ(run.run("update"), StartupOutcome::MainWindowShown);
         EXPECT_TRUE(App().UpdateMode);
         EXPECT_EQ(App().Settings.Instal, 1);
-        EXPECT_EQ(run.calls, QStringList{QStringLiteral("showMainWindow")})
+        EXPECT_EQ(run.calls, QStringList{"showMainWindow"})
             << "update mode opens no data, converts nothing";
         EXPECT_TRUE(run.serviceLog().isEmpty()) << "and does not run the service program";
     }
@@ -138,7 +133,7 @@ TEST(Startup, CommandLineWordsFollowTheirCaseRules) {
         StartupRun run;
         run.run(QString::fromLatin1(word));
         EXPECT_FALSE(App().UpdateMode);
-        EXPECT_EQ(run.calls.filter(QStringLiteral("convert")), QStringList{call}) << word;
+        EXPECT_EQ(run.calls.filter("convert"), QStringList{call}) << word;
     }
 }
 
@@ -147,13 +142,13 @@ TEST(Startup, CommandLineWordsFollowTheirCaseRules) {
 TEST(Startup, TheDriveIsAskedFourTimesAtMostThenTheProgramEnds) {
     for (const bool foundAtLast : {false, true}) {
         StartupRun run;
-        run.setStoredDrive(QStringLiteral("/nowhere"));
+        run.setStoredDrive("/nowhere");
         QDir::setCurrent(QFileInfo(run.install.drive()).path());
         ScriptedPrompter prompts;
         const QString ask = MessageCatalogue::text(1075);
-        for (const QString& typed : {QStringLiteral("/a"), QStringLiteral("/b"), QString()})
+        for (const QString& typed : QStringList{"/a", "/b", QString()})
             prompts.expectInput(ask, typed, DefaultDrive());
-        prompts.expectInput(ask, foundAtLast ? QStringLiteral("drive") : QStringLiteral("/d"));
+        prompts.expectInput(ask, foundAtLast ? "drive" : "/d");
         if (!foundAtLast)
             prompts.expectMessage(MessageCatalogue::text(1076));
         EXPECT_EQ(run.run(QString()),
@@ -173,7 +168,7 @@ TEST(Startup, FailuresOfTheLaterStepsEndTheStart) {
         },
         [](StartupRun& run, ScriptedPrompter& prompts) { // one that cannot run
             run.install.write(run.install.dir("NVNV") + run.install.serviceProgramName(), "x");
-            prompts.expectMessageMatching(QStringLiteral("^\\d+ .+"));
+            prompts.expectMessageMatching("^\\d+ .+");
             prompts.expectMessage(MessageCatalogue::text(1078));
         }};
     for (const auto& fail : failures) {
@@ -181,6 +176,6 @@ TEST(Startup, FailuresOfTheLaterStepsEndTheStart) {
         ScriptedPrompter prompts;
         fail(run, prompts);
         EXPECT_EQ(run.run(QString()), StartupOutcome::Ended);
-        EXPECT_FALSE(run.calls.contains(QStringLiteral("showMainWindow")));
+        EXPECT_FALSE(run.calls.contains("showMainWindow"));
     }
 }
