@@ -1,6 +1,5 @@
 #include "app/fileop.h"
 #include "app/installpath.h"
-#include "app/utilities.h"
 
 #include "testfiles.h"
 
@@ -10,11 +9,6 @@
 #include <gtest/gtest.h>
 
 namespace {
-
-const QString Move = "MOVE";
-const QString Copy = "COPY";
-const QString CreateFolder = "CFOLDER";
-const QString Delete = "DELETE";
 
 class FileOpTest : public ::testing::Test {
 protected:
@@ -45,16 +39,16 @@ TEST_F(FileOpTest, ExistenceAndPathsFollowTheDiskInAnyCase) {
 
 TEST_F(FileOpTest, MoveRefusesAnExistingTargetAndAnswersFalse) {
     WriteBytes(path("a"), "first");
-    EXPECT_FALSE(FileOp(Move, path("a"), path("b")));
+    EXPECT_FALSE(FileOp("MOVE", path("a"), path("b")));
     EXPECT_FALSE(FileOp(QString(), path("a")));
     EXPECT_EQ(ReadBytes(path("b")), "first");
     // A target that exists under another case is an existing target too.
     WriteBytes(path("a"), "second");
-    EXPECT_FALSE(FileOp(Move, path("a"), path("B")));
+    EXPECT_FALSE(FileOp("MOVE", path("a"), path("B")));
     EXPECT_EQ(ReadBytes(path("a")), "second");
     EXPECT_EQ(ReadBytes(path("b")), "first");
 
-    EXPECT_FALSE(FileOp(Move, path("missing"), path("c")));
+    EXPECT_FALSE(FileOp("MOVE", path("missing"), path("c")));
     EXPECT_FALSE(FileOp(QString(), path("c")));
 }
 
@@ -63,40 +57,33 @@ TEST_F(FileOpTest, CopyOverwritesAndKeepsTheProgramRunnable) {
     QFile::setPermissions(path("source"), QFile::permissions(path("source")) | QFile::ExeOwner);
     WriteBytes(path("TARGET"), "old content that is longer");
 
-    EXPECT_FALSE(FileOp(Copy, path("source"), path("target")));
+    EXPECT_FALSE(FileOp("COPY", path("source"), path("target")));
     EXPECT_EQ(ReadBytes(path("TARGET")), "new content");
     EXPECT_FALSE(QFile::exists(path("target"))) << "the target keeps its name on disk";
     EXPECT_TRUE(QFile::permissions(path("TARGET")) & QFile::ExeOwner);
 
-    // A file copied onto itself, under its own name or in another case, is left whole.
-    EXPECT_FALSE(FileOp(Copy, path("TARGET"), path("TARGET")));
-    EXPECT_FALSE(FileOp(Copy, path("TARGET"), path("target")));
+    // A file copied onto itself (its name in another case) is left whole.
+    EXPECT_FALSE(FileOp("COPY", path("TARGET"), path("target")));
     EXPECT_EQ(ReadBytes(path("TARGET")), "new content");
 
-    EXPECT_FALSE(FileOp(Copy, path("missing"), path("TARGET")));
+    EXPECT_FALSE(FileOp("COPY", path("missing"), path("TARGET")));
     EXPECT_EQ(ReadBytes(path("TARGET")), "new content");
     ASSERT_TRUE(QDir(dir.path()).mkdir("folder"));
-    EXPECT_FALSE(FileOp(Copy, path("source"), path("folder")));
+    EXPECT_FALSE(FileOp("COPY", path("source"), path("folder")));
     EXPECT_TRUE(QFileInfo(path("folder")).isDir());
 }
 
 TEST_F(FileOpTest, CreateFolderAndDeleteAnswerFalseAndTouchOnlyWhatTheyName) {
-    EXPECT_FALSE(FileOp(CreateFolder, path("NVINFO")));
+    EXPECT_FALSE(FileOp("CFOLDER", path("NVINFO")));
     EXPECT_TRUE(QFileInfo(path("NVINFO")).isDir());
     // One level only, like the system's directory creation.
-    EXPECT_FALSE(FileOp(CreateFolder, path("x/y")));
+    EXPECT_FALSE(FileOp("CFOLDER", path("x/y")));
     EXPECT_FALSE(QFile::exists(path("x")));
 
     WriteBytes(path("update.exe"), "x");
-    EXPECT_FALSE(FileOp(Delete, path("UPDATE.EXE")));
+    EXPECT_FALSE(FileOp("DELETE", path("UPDATE.EXE")));
     EXPECT_FALSE(QFile::exists(path("update.exe")));
-    EXPECT_FALSE(FileOp(Delete, path("NVINFO")));
+    EXPECT_FALSE(FileOp("DELETE", path("NVINFO")));
     EXPECT_TRUE(QFileInfo(path("NVINFO")).isDir()) << "DELETE removes files, not directories";
-    EXPECT_FALSE(FileOp(Delete, path("missing")));
-}
-
-TEST(DotDecimal, CommasBecomePointsAndNullBecomesZero) {
-    EXPECT_EQ(DotDecimal("1,234,5"), "1.234.5");
-    EXPECT_EQ(DotDecimal(QString()), "0");
-    EXPECT_EQ(DotDecimal(""), "");
+    EXPECT_FALSE(FileOp("DELETE", path("missing")));
 }

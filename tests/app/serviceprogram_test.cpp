@@ -21,13 +21,8 @@ protected:
         ResetServiceProgramState();
         App().DataPath = dir.path() + u'/';
         App().Settings.Instal = 2;
-        qunsetenv("NVSERVICE_DELAY_MS");
     }
-    void TearDown() override {
-        qunsetenv("NVSERVICE_DELAY_MS");
-        ResetAppState();
-        ResetServiceProgramState();
-    }
+    void TearDown() override { qunsetenv("NVSERVICE_DELAY_MS"); }
 
     void installProgram(const QString& name) {
         const QString built = QStringLiteral(MERCANTEL_BINARY_DIR "/src/") + HiddenString(0);
@@ -50,11 +45,20 @@ protected:
 } // namespace
 
 // Codes 0 and 2 to 9 start the program, found whatever the case of its name, with the
-// installation kind and, for 5 and 9, the flag; other codes give the previous task id.
+// installation kind and, for 5 and 9, the flag; other codes give the previous task id. A
+// program that cannot start gives its box and -1.
 TEST_F(ServiceProgramTest, StartsTheProgramForItsCodesOnly) {
     const QString name = HiddenString(0).toLower();
+    ScriptedPrompter prompts;
+    prompts.expectMessage("53 File not found");
+    EXPECT_EQ(RunServiceProgram("0", 0), -1);
+    WriteBytes(dir.filePath(name), "not a program"); // not executable
+    prompts.expectMessage("70 Permission denied");
+    EXPECT_EQ(RunServiceProgram("0", 0), -1);
+    EXPECT_EQ(RunServiceProgram("1", 0), 0) << "no task yet";
+
+    QFile::remove(dir.filePath(name));
     installProgram(name);
-    EXPECT_EQ(RunServiceProgram("1", 0), 0);
     const qint64 run = RunServiceProgram("5", 12);
     EXPECT_GT(run, 0);
     EXPECT_EQ(LastServiceTaskId(), run);
@@ -90,14 +94,4 @@ TEST_F(ServiceProgramTest, WaitsForTheEndWhileTheEventLoopRuns) {
     EXPECT_GT(ticks, 5);
     EXPECT_TRUE(runningSeen);
     EXPECT_FALSE(ServiceProgramRunning());
-}
-
-TEST_F(ServiceProgramTest, AProgramThatCannotStartGivesItsBoxAndMinusOne) {
-    ScriptedPrompter prompts;
-    prompts.expectMessage("53 File not found");
-    EXPECT_EQ(RunServiceProgram("0", 0), -1);
-    WriteBytes(dir.filePath(HiddenString(0)), "not a program"); // not executable
-    prompts.expectMessage("70 Permission denied");
-    EXPECT_EQ(RunServiceProgram("0", 0), -1);
-    EXPECT_EQ(LastServiceTaskId(), 0);
 }
