@@ -68,27 +68,19 @@ TEST_F(DataStoreTest, OpensTheFiveRecordsetsInTheirOrderAndClosesThem) {
     for (rsCataList.moveFirst(); !rsCataList.eof(); rsCataList.moveNext())
         if (rsCataList.value("UTILISER").toBool())
             activeCatalogues << rsCataList.value("FICHIER").toString();
-    int upToDate = 0, toUpdate = 0, upcoming = 0, inactive = 0, associated = 0;
+    int kinds[4] = {}; // up to date, to update, upcoming, not activated
+    int associated = 0;
     for (rsPrixList.moveFirst(); !rsPrixList.eof(); rsPrixList.moveNext()) {
         const QVariant eff = rsPrixList.value("DATEEFF");
-        const QVariant stk = rsPrixList.value("DATESTK");
-        if (!rsPrixList.value("UTILISER").toBool()) {
-            ++inactive;
-            continue;
-        }
-        EXPECT_FALSE(rsPrixList.value("CODEGRO").isNull());
-        if (eff.toDate() > today)
-            ++upcoming;
-        else if (stk.isNull() || stk != eff)
-            ++toUpdate;
-        else
-            ++upToDate;
+        const bool active = rsPrixList.value("UTILISER").toBool();
+        ++kinds[!active ? 3 : eff.toDate() > today ? 2 : rsPrixList.value("DATESTK") != eff];
+        EXPECT_TRUE(!active || !rsPrixList.value("CODEGRO").isNull());
         const QString catno = rsPrixList.value("CATNO").toString();
         associated += catno.isEmpty() ? 0 : 1;
         for (const QString& code : catno.split(';', Qt::SkipEmptyParts))
             EXPECT_TRUE(activeCatalogues.contains(code)) << code.toStdString();
     }
-    for (int count : {upToDate, toUpdate, upcoming, inactive})
+    for (int count : kinds)
         EXPECT_GE(count, 10);
     EXPECT_GE(associated, 20);
 
