@@ -23,9 +23,9 @@
 TEST(MessageCatalogue, TheLanguageBaseChoosesTheTextsAndQtsOwnButtons) {
     ResetAppState();
     App().Settings.Nation = 1000;
-    EXPECT_EQ(LoadText(62), QStringLiteral("Nom "));
+    EXPECT_EQ(LoadText(62), "Nom ");
     App().Settings.Nation = 3000;
-    EXPECT_EQ(LoadText(35), QStringLiteral("Désirez-vous quitter Mercantel?"));
+    EXPECT_EQ(LoadText(35), "Désirez-vous quitter Mercantel?");
     for (const auto& [nation, cancel] : {std::pair{1000, "Annuler"}, {2000, "Cancel"}}) {
         App().Settings.Nation = qint16(nation);
         LoadQtTranslations();
@@ -39,22 +39,21 @@ TEST(MessageCatalogue, TheLanguageBaseChoosesTheTextsAndQtsOwnButtons) {
 // the language asked; without it F1 still leads somewhere: the maker's help page.
 TEST(Guide, FoundBesideTheProgramOrInItsPrefixElseTheMakersPage) {
     QTemporaryDir root;
-    const QString build = root.filePath(QStringLiteral("build/src"));
+    const QString build = root.filePath("build/src");
     for (const auto& [nation, language] : {std::pair{1000, "fr"}, {2000, "en"}}) {
         const QString page = build + "/guide/" + language + "/index.html";
         WriteBytes(page, "<html></html>");
         EXPECT_EQ(GuideUrl(nation, build).toLocalFile(), QFileInfo(page).canonicalFilePath());
     }
 
-    const QString bin = root.filePath(QStringLiteral("usr/bin"));
+    const QString bin = root.filePath("usr/bin");
     QDir().mkpath(bin);
-    const QString shared = root.filePath(QStringLiteral("usr/share/mercantel/guide/fr/index.html"));
+    const QString shared = root.filePath("usr/share/mercantel/guide/fr/index.html");
     WriteBytes(shared, "<html></html>");
     EXPECT_EQ(GuideUrl(1000, bin).toLocalFile(), QFileInfo(shared).canonicalFilePath());
 
-    EXPECT_EQ(GuideUrl(2000, bin), QUrl(QStringLiteral("https://help.norvale.example/tallyrate/")));
-    EXPECT_EQ(GuideUrl(1000, root.path()),
-              QUrl(QStringLiteral("https://aide.norvale.example/mercantel/")));
+    EXPECT_EQ(GuideUrl(2000, bin), QUrl("https://help.norvale.example/tallyrate/"));
+    EXPECT_EQ(GuideUrl(1000, root.path()), QUrl("https://aide.norvale.example/mercantel/"));
 }
 
 // Every command has its own picture, sharp at single and double density; so has the program.
@@ -78,10 +77,10 @@ TEST(StartWindows, SplashAndFrameNameTheProductAndItsVersion) {
     for (const auto& [nation, product] :
          {std::pair{1000, QStringLiteral("Mercantel")}, {2000, QStringLiteral("Tallyrate")}}) {
         App().Settings.Nation = qint16(nation);
-        const QString title = product + QStringLiteral(" Version Beta 2004.3.2");
+        const QString title = product + " Version Beta 2004.3.2";
         frmSplash splash;
         EXPECT_EQ(QApplication::applicationName(), title);
-        EXPECT_EQ(splash.Label2->text(), QStringLiteral("Norvale Systems\n") + title);
+        EXPECT_EQ(splash.Label2->text(), "Norvale Systems\n" + title);
         EXPECT_EQ(splash.size(), splash.Picture1->size());
         EXPECT_EQ(splash.Picture1->pixmap().toImage() == SplashPicture(1000).toImage(),
                   nation == 1000)

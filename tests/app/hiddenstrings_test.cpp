@@ -15,7 +15,7 @@ std::map<int, QString> plainList() {
     QFile file(QStringLiteral(MERCANTEL_SOURCE_DIR "/resources/hiddenstrings.txt"));
     EXPECT_TRUE(file.open(QIODevice::ReadOnly));
     std::map<int, QString> entries;
-    const QRegularExpression line(QStringLiteral("^(\\d+)\\s+\"(.*)\"$"));
+    const QRegularExpression line("^(\\d+)\\s+\"(.*)\"$");
     QTextStream in(&file);
     while (!in.atEnd()) {
         const auto match = line.match(in.readLine());
