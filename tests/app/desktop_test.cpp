@@ -87,7 +87,6 @@ TEST(Pictures, EveryCommandAndTheProgramHaveTheirOwnAtBothDensities) {
     QList<QImage> seen;
     for (int i = 0; i < 7; ++i) {
         const QIcon icon = CommandIcon(i);
-        ASSERT_FALSE(icon.isNull()) << i;
         EXPECT_EQ(icon.availableSizes(), (QList<QSize>{QSize(32, 32), QSize(64, 64)})) << i;
         const QImage picture = icon.pixmap(QSize(64, 64)).toImage();
         EXPECT_FALSE(seen.contains(picture)) << i;

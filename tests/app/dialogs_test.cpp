@@ -58,7 +58,6 @@ protected:
         app.Settings.IP = "maj.concession.example";
         app.Settings.Port = 2101;
         app.Settings.Selection = 1;
-        app.Settings.Format = 0;
         app.DataPath = install.dir("NVNV");
         install.write(app.DataPath + HiddenString(17));
         // A second data directory the dealer may move to.
@@ -128,7 +127,6 @@ TEST_F(QuestionTest, AbandonUnloadsAndLeavesOnlyInitialValues) {
             dialog->txtQuestion->setText("typed");
             abandon(*dialog);
         });
-        EXPECT_FALSE(dialog->isVisible());
         EXPECT_EQ(dialog->bouton(), "3");
         EXPECT_EQ(dialog->txtQuestion->text(), QString());
         EXPECT_EQ(dialog->lblEntree->text(), QString());

@@ -136,7 +136,8 @@ TEST_F(InstallFilesTest, MoveRefusesAnExistingTargetAndAnswersFalse) {
     EXPECT_FALSE(FileOp(QString(), path("c")));
 }
 
-TEST_F(InstallFilesTest, CopyOverwritesAndKeepsTheProgramRunnable) {
+// Every operation answers false; each touches only what it names.
+TEST_F(InstallFilesTest, CopyCreateFolderAndDeleteTouchOnlyWhatTheyName) {
     WriteBytes(path("source"), "new content");
     QFile::setPermissions(path("source"), QFile::permissions(path("source")) | QFile::ExeOwner);
     WriteBytes(path("TARGET"), "old content that is longer");
@@ -155,9 +156,7 @@ TEST_F(InstallFilesTest, CopyOverwritesAndKeepsTheProgramRunnable) {
     ASSERT_TRUE(QDir(dir.path()).mkdir("folder"));
     EXPECT_FALSE(FileOp("COPY", path("source"), path("folder")));
     EXPECT_TRUE(QFileInfo(path("folder")).isDir());
-}
 
-TEST_F(InstallFilesTest, CreateFolderAndDeleteAnswerFalseAndTouchOnlyWhatTheyName) {
     EXPECT_FALSE(FileOp("CFOLDER", path("NVINFO")));
     EXPECT_TRUE(QFileInfo(path("NVINFO")).isDir());
     // One level only, like the system's directory creation.

@@ -54,7 +54,7 @@ protected:
 } // namespace
 
 // The demo lists are of every kind, associated only with activated catalogues.
-TEST_F(DataStoreTest, OpensTheFiveRecordsetsInTheirOrderAndClosesThem) {
+TEST_F(DataStoreTest, OpensTheFiveRecordsetsInTheirOrderTellsTheKindAndCloses) {
     ASSERT_TRUE(OpenData());
     EXPECT_EQ(rsPrixList.value("DESC").toString(), "ACDELCO - Alternators") << "by description";
     EXPECT_EQ(rsCataList.value("DESC").toString(), "Agricole");
@@ -83,6 +83,22 @@ TEST_F(DataStoreTest, OpensTheFiveRecordsetsInTheirOrderAndClosesThem) {
     for (int count : kinds)
         EXPECT_GE(count, 10);
     EXPECT_GE(associated, 20);
+
+    // The installation kind comes from the second row of PARAPROG.
+    EXPECT_EQ(MPDetectInstal(), "1");
+    writeParaprog({"x", "Mercantel, also sold as tallYRATE."});
+    EXPECT_EQ(MPDetectInstal(), "2") << "any case, among other words";
+    writeParaprog({"TALLYRATE", "Mercantel"});
+    EXPECT_EQ(MPDetectInstal(), "1") << "only the second row counts";
+    writeParaprog({"Tallyrate"});
+    prompts.expectMessage("errMPDetectInstal: 3021 Either BOF or EOF is True, or the current "
+                          "record has been deleted. Requested operation requires a current "
+                          "record. " +
+                          LoadText(34));
+    EXPECT_EQ(MPDetectInstal(), "1");
+    App().UpdateMode = true;
+    QFile::remove(App().DataPath + "PARAPROG.DBF");
+    EXPECT_EQ(MPDetectInstal(), "1") << "update mode reads nothing";
 
     CloseData();
     for (Recordset* rs : {&rsPrixList, &rsPrixCodes, &rsCataList, &rsCataFiles, &rsDepart})
@@ -116,24 +132,6 @@ TEST_F(DataStoreTest, OnlyATableHeldByAnotherWorkstationShowsMessage79) {
     prompts.expectMessageMatching("^errOpenData: .*" +
                                   QRegularExpression::escape(App().DataPath.chopped(1)));
     EXPECT_FALSE(OpenData()) << "a missing directory is named";
-}
-
-TEST_F(DataStoreTest, InstallationKindFromTheSecondRowOfParaprog) {
-    ASSERT_TRUE(OpenData());
-    EXPECT_EQ(MPDetectInstal(), "1");
-    writeParaprog({"x", "Mercantel, also sold as tallYRATE."});
-    EXPECT_EQ(MPDetectInstal(), "2") << "any case, among other words";
-    writeParaprog({"TALLYRATE", "Mercantel"});
-    EXPECT_EQ(MPDetectInstal(), "1") << "only the second row counts";
-    writeParaprog({"Tallyrate"});
-    prompts.expectMessage("errMPDetectInstal: 3021 Either BOF or EOF is True, or the current "
-                          "record has been deleted. Requested operation requires a current "
-                          "record. " +
-                          LoadText(34));
-    EXPECT_EQ(MPDetectInstal(), "1");
-    App().UpdateMode = true;
-    QFile::remove(App().DataPath + "PARAPROG.DBF");
-    EXPECT_EQ(MPDetectInstal(), "1") << "update mode reads nothing";
 }
 
 TEST_F(DataStoreTest, BoundControlsShowTheCurrentRowAndWriteItsPendingValues) {
