@@ -28,23 +28,14 @@ AppSettings readBack(const CRegSettings& store) {
     return settings;
 }
 
-// Records the windows that appear while it lives.
-class ShowWatch final : public QObject {
-public:
-    explicit ShowWatch(QStringList& shown) : shown_(shown) { qApp->installEventFilter(this); }
-    ~ShowWatch() override { qApp->removeEventFilter(this); }
-
-protected:
-    bool eventFilter(QObject* watched, QEvent* event) override {
-        const auto* widget = qobject_cast<QWidget*>(watched);
-        if (event->type() == QEvent::Show && widget && widget->isWindow())
-            shown_ << widget->metaObject()->className();
-        return false;
-    }
-
-private:
-    QStringList& shown_;
-};
+// The windows on the screen, by class.
+QStringList visibleWindows() {
+    QStringList names;
+    for (const QWidget* widget : QApplication::topLevelWidgets())
+        if (widget->isVisible())
+            names << widget->metaObject()->className();
+    return names;
+}
 
 // Records which of the later parts start-up called, and with what.
 struct StartupRun {
@@ -52,7 +43,7 @@ struct StartupRun {
     StartupHooks hooks;
     QStringList calls;
     QStringList started;
-    QStringList windowsShown;
+    QStringList windowsShown; // as the last step or program started saw them
     bool openDataResult = true;
 
     StartupRun() {
@@ -69,6 +60,7 @@ struct StartupRun {
 
     bool record(const char* call) {
         calls << QString::fromLatin1(call);
+        windowsShown = visibleWindows();
         return true;
     }
 
@@ -77,10 +69,10 @@ struct StartupRun {
     }
 
     StartupOutcome run(const QString& commandLine) {
-        ShowWatch watch(windowsShown);
         StartupEnvironment env{install.programDir(), CRegSettings(install.settingsFile()),
                                [this](const QString& program, const QString&) {
                                    started << QFileInfo(program).fileName();
+                                   windowsShown = visibleWindows();
                                    return true;
                                }};
         return Main(commandLine, hooks, env);
