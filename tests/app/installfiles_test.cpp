@@ -146,9 +146,6 @@ TEST_F(InstallFilesTest, CopyCreateFolderAndDeleteTouchOnlyWhatTheyName) {
 
     EXPECT_FALSE(FileOp("COPY", path("missing"), path("TARGET")));
     EXPECT_EQ(ReadBytes(path("TARGET")), "new content");
-    ASSERT_TRUE(QDir(dir.path()).mkdir("folder"));
-    EXPECT_FALSE(FileOp("COPY", path("source"), path("folder")));
-    EXPECT_TRUE(QFileInfo(path("folder")).isDir());
 
     EXPECT_FALSE(FileOp("CFOLDER", path("NVINFO")));
     EXPECT_TRUE(QFileInfo(path("NVINFO")).isDir());
