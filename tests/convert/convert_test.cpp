@@ -6,6 +6,7 @@
 
 #include "app/appstate.h"
 #include "app/frmerrmsg.h"
+#include "app/frmsplash.h"
 #include "app/messages.h"
 #include "data/moddata.h"
 #include "partsfile/modnvconvert.h"
@@ -21,6 +22,7 @@
 
 using namespace modNVConvert;
 using ::testing::ElementsAre;
+using ::testing::IsEmpty;
 
 namespace {
 
@@ -33,21 +35,11 @@ protected:
         previousDir = QDir::currentPath();
     }
     void TearDown() override {
-        for (Recordset* rs : {&rsPrixList, &rsCataList})
-            if (rs->isOpen())
-                rs->close();
-        for (Connection* connection : {&connData, &data})
-            if (connection->isOpen())
-                connection->close();
+        closeDataStore();
         QDir::setCurrent(previousDir);
     }
 
     QString dataDir() const { return App().DataPath; }
-    Connection& open() {
-        if (!data.isOpen())
-            data.open(dataDir());
-        return data;
-    }
     // The shared connection and recordsets as the program holds them when Convert runs.
     void openDataStore(bool withCatalogues = true) {
         connData.open(dataDir());
@@ -58,25 +50,36 @@ protected:
                             CursorType::Keyset, LockType::Optimistic);
     }
     void closeDataStore() {
-        rsPrixList.close();
-        rsCataList.close();
-        connData.close();
+        for (Recordset* rs : {&rsPrixList, &rsCataList})
+            if (rs->isOpen())
+                rs->close();
+        if (connData.isOpen())
+            connData.close();
     }
-    void convert() {
+    void convert(bool rebuildFirst = false) {
+        Connection data;
+        data.open(dataDir());
         ConversionObserver quiet;
-        ConvertTable(open(), quiet);
+        if (rebuildFirst)
+            RebuildOldTable(data, quiet);
+        ConvertTable(data, quiet);
     }
+    int fieldCount() const {
+        Connection data;
+        data.open(dataDir());
+        return PrixListFieldCount(data);
+    }
+    QStringList prixList() const { return TableRows(dataDir(), QStringLiteral("PRIXLIST")); }
     // The program's procedure, as start-up runs it (forced: the "Convert" command line).
     static bool convertAtStart(bool forced) { return Convert(forced); }
 
     QTemporaryDir dir;
-    Connection data;
     QString previousDir;
 };
 
 Catalogue catalogue(const QString& fichier, QList<std::pair<QString, QString>> categories,
-                    const QString& desc = {}) {
-    Catalogue c(fichier);
+                    const QString& desc = {}, bool utiliser = true) {
+    Catalogue c{fichier, utiliser};
     c.desc = desc;
     for (int n = 0; n < categories.size(); ++n) {
         c.gr[n] = categories[n].first;
@@ -85,45 +88,30 @@ Catalogue catalogue(const QString& fichier, QList<std::pair<QString, QString>> c
     return c;
 }
 
-// Closes the error window once it shows, keeping its text.
-class ErrorWindowCloser {
-public:
-    ErrorWindowCloser() {
-        QObject::connect(&timer_, &QTimer::timeout, [this] {
-            if (auto* window = qobject_cast<frmErrMsg*>(QApplication::activeModalWidget())) {
-                text = window->lblMessage->text();
-                window->cmdOK->click();
-            }
-        });
-        timer_.start(10);
-    }
-    QString text;
-
-private:
-    QTimer timer_;
-};
+// The question of a conversion at start-up answered, then its closing message.
+void expectConversion(ScriptedPrompter& prompts, Answer answer) {
+    prompts.expectMessage(LoadText(80), Buttons::OkCancel, Icon::None, {}, answer)
+        .expectMessage(LoadText(answer == Answer::Ok ? 81 : 82));
+}
 
 } // namespace
 
 TEST_F(ConvertTest, CatnoComesFromTheActivatedCataloguesCategories) {
     WriteOldPrixList(dataDir(),
                      {{"L1", "AB"}, {"L2", "AB"}, {"L3", "AB", false}, {"L4", "CD"}, {"L5", "EF"}});
-    WriteCataList(
-        dataDir(),
-        {// Two categories with one code: the lists get the catalogue once.
-         catalogue("TWICE", {{"AB", ""}, {"AB", ""}}, "A"),
-         // The code in use wins over the suggested one; a code no activated list has is cleared.
-         catalogue("USED", {{"XX", "CD"}, {"EF", "ZZ"}, {"", "CD"}}, "B"),
-         // Not activated: contributes nothing, keeps its codes.
-         [] {
-             Catalogue c = catalogue("IDLE", {{"AB", "QQ"}}, "C");
-             c.utiliser = false;
-             return c;
-         }()});
+    WriteCataList(dataDir(),
+                  {// Two categories with one code: the lists get the catalogue once.
+                   catalogue("TWICE", {{"AB", ""}, {"AB", ""}}, "A"),
+                   // The code in use wins over the suggested one; a code no activated list has
+                   // is cleared.
+                   catalogue("USED", {{"XX", "CD"}, {"EF", "ZZ"}, {"", "CD"}}, "B"),
+                   // Not activated: contributes nothing, keeps its codes.
+                   catalogue("IDLE", {{"AB", "QQ"}}, "C", false)});
     convert();
-    EXPECT_THAT(CatnoByList(data), ElementsAre("L1=TWICE;", "L2=TWICE;", "L3=", "L4=USED;", "L5="));
-    EXPECT_THAT(UsedCodes(data),
-                ElementsAre("TWICE=AB,AB,,,,,,,", "USED=CD,,,,,,,,", "IDLE=QQ,,,,,,,,"));
+    EXPECT_THAT(CatnoByList(dataDir()),
+                ElementsAre("L1|TWICE;", "L2|TWICE;", "L3|", "L4|USED;", "L5|"));
+    EXPECT_THAT(UsedCodes(dataDir()),
+                ElementsAre("TWICE|AB|AB|||||||", "USED|CD||||||||", "IDLE|QQ||||||||"));
 }
 
 TEST_F(ConvertTest, ANameEndingAnotherCountsAsHeld) {
@@ -133,40 +121,27 @@ TEST_F(ConvertTest, ANameEndingAnotherCountsAsHeld) {
     WriteCataList(dataDir(), {catalogue("C1", {{"AB", ""}, {"CD", ""}}, "B"),
                               catalogue("XC1", {{"AB", ""}}, "A")});
     convert();
-    EXPECT_THAT(CatnoByList(data), ElementsAre("L1=XC1;", "L2=XC1;", "L3=C1;"));
-    EXPECT_THAT(UsedCodes(data), ElementsAre("C1=AB,CD,,,,,,,", "XC1=AB,,,,,,,,"));
+    EXPECT_THAT(CatnoByList(dataDir()), ElementsAre("L1|XC1;", "L2|XC1;", "L3|C1;"));
+    EXPECT_THAT(UsedCodes(dataDir()), ElementsAre("C1|AB|CD|||||||", "XC1|AB||||||||"));
 }
 
-TEST_F(ConvertTest, EveryRowAndFieldIsKeptInItsPlace) {
-    const QList<OldList> lists = ManyLists(300, 20);
-    WriteOldPrixList(dataDir(), lists);
-    WriteCataList(dataDir(), ManyCatalogues(30, 20));
-    const QStringList before = TableText(open(), QStringLiteral("PRIXLIST"));
-    convert();
-    QStringList after = TableText(data, QStringLiteral("PRIXLIST"));
-    ASSERT_EQ(after.size(), before.size());
-    EXPECT_TRUE(after[0].endsWith(u"|CATNO"));
-    for (QString& line : after)
-        line = line.section(u'|', 0, -2); // without CATNO
-    EXPECT_EQ(after, before);
-    EXPECT_EQ(PrixListFieldCount(data), 46);
-    // The work tables are gone, the categories' copy too.
-    EXPECT_TRUE(data.tablePath(QStringLiteral("PRIXTEMP")).isEmpty());
-    EXPECT_TRUE(data.tablePath(QStringLiteral("CATATEMP")).isEmpty());
-}
-
-TEST_F(ConvertTest, RebuildThenConvertGivesTheSameCatno) {
+TEST_F(ConvertTest, EveryRowAndFieldIsKeptAndARebuiltTableConvertsTheSame) {
     WriteOldPrixList(dataDir(), ManyLists(200, 12));
     WriteCataList(dataDir(), ManyCatalogues(25, 12));
+    const QStringList old = prixList();
     convert();
-    const QStringList first = CatnoByList(data);
-    const QStringList codes = UsedCodes(data);
-    ConversionObserver quiet;
-    RebuildOldTable(data, quiet);
-    EXPECT_EQ(PrixListFieldCount(data), 45);
-    convert();
-    EXPECT_EQ(CatnoByList(data), first);
-    EXPECT_EQ(UsedCodes(data), codes);
+    EXPECT_EQ(fieldCount(), 46);
+    QStringList converted = prixList();
+    for (QString& line : converted)
+        line = line.section(u'|', 0, -2); // without CATNO, the last field
+    EXPECT_EQ(FirstDifference(converted, old), "");
+    EXPECT_THAT(QDir(dataDir()).entryList({"*TEMP.*"}), IsEmpty()); // no work table left
+    const QStringList catno = CatnoByList(dataDir());
+    const QStringList codes = UsedCodes(dataDir());
+
+    convert(true);
+    EXPECT_EQ(FirstDifference(CatnoByList(dataDir()), catno), "");
+    EXPECT_EQ(FirstDifference(UsedCodes(dataDir()), codes), "");
 }
 
 // A converted table is not touched; a new program file waiting beside it replaces the old one.
@@ -174,7 +149,6 @@ TEST_F(ConvertTest, AConvertedTableIsNotTouchedAndANewProgramFileIsSwappedIn) {
     WriteOldPrixList(dataDir(), {{"L1", "AB"}});
     WriteCataList(dataDir(), {catalogue("C1", {{"AB", ""}})});
     convert();
-    data.close();
     const QDateTime written = QFileInfo(dataDir() + "PRIXLIST.DBF").lastModified();
     WriteBytes(dataDir() + "MERCANTE.EXE", "old program");
     WriteBytes(dataDir() + "MERCANTE.NEW", "new program");
@@ -184,39 +158,46 @@ TEST_F(ConvertTest, AConvertedTableIsNotTouchedAndANewProgramFileIsSwappedIn) {
     EXPECT_TRUE(convertAtStart(false));
     EXPECT_EQ(QFileInfo(dataDir() + "PRIXLIST.DBF").lastModified(), written);
     EXPECT_EQ(QDir(dataDir()).entryList(QDir::Files).filter(u".DBF"), files);
-    EXPECT_EQ(rsPrixList.fieldCount(), 46);
     EXPECT_FALSE(QFile::exists(dataDir() + "MERCANTE.NEW"));
     EXPECT_EQ(ReadBytes(dataDir() + "MERCANTE.EXE"), "new program");
 }
 
 // A list naming a catalogue that is no longer activated sends the trees to the restart mode:
-// the rebuild, then a start that converts again and no longer names it.
+// the rebuild, then a start that converts again (with its progress on the splash window) and no
+// longer names it; a start whose conversion is refused ends.
 TEST_F(ConvertTest, TheRestartModeLetsTheNextStartOpen) {
     WriteOldPrixList(dataDir(), {{"L1", "AB"}, {"L2", "CD"}});
     WriteCataList(dataDir(),
                   {catalogue("C1", {{"AB", ""}}, "A"), catalogue("C2", {{"CD", ""}}, "B")});
-    const QStringList old = TableText(open(), QStringLiteral("PRIXLIST"));
+    const QStringList old = prixList();
     convert();
-    ASSERT_THAT(CatnoByList(data), ElementsAre("L1=C1;", "L2=C2;"));
-    Catalogue idle = catalogue("C2", {{"CD", ""}}, "B");
-    idle.utiliser = false;
-    WriteCataList(dataDir(), {catalogue("C1", {{"AB", ""}}, "A"), idle});
-    data.close();
-    openDataStore();
-    {
-        ScriptedPrompter prompts;
-        ExpectRebuild(prompts);
-        EXPECT_FALSE(convertAtStart(true));
-        EXPECT_TRUE(App().QuitWithoutAsking);
-    }
-    closeDataStore();
-    EXPECT_EQ(TableText(open(), QStringLiteral("PRIXLIST")), old) << "the old fields come back";
-    data.close();
+    ASSERT_THAT(CatnoByList(dataDir()), ElementsAre("L1|C1;", "L2|C2;"));
+    WriteCataList(dataDir(),
+                  {catalogue("C1", {{"AB", ""}}, "A"), catalogue("C2", {{"CD", ""}}, "B", false)});
     openDataStore();
     ScriptedPrompter prompts;
-    ExpectConversion(prompts, Answer::Ok);
+    prompts.expectMessage(LoadText(133), Buttons::Ok, Icon::Information, {}, Answer::Ok);
+    EXPECT_FALSE(convertAtStart(true));
+    EXPECT_TRUE(App().QuitWithoutAsking);
+    closeDataStore();
+    EXPECT_EQ(FirstDifference(prixList(), old), "") << "the old fields come back";
+
+    App().QuitWithoutAsking = false;
+    openDataStore();
+    expectConversion(prompts, Answer::Cancel);
+    EXPECT_FALSE(convertAtStart(false));
+    EXPECT_TRUE(App().QuitWithoutAsking);
+    EXPECT_EQ(fieldCount(), 45);
+
+    frmSplash splash;
+    splash.show();
+    expectConversion(prompts, Answer::Ok);
     EXPECT_TRUE(convertAtStart(false));
-    EXPECT_THAT(CatnoByList(open()), ElementsAre("L1=C1;", "L2="));
+    EXPECT_THAT(CatnoByList(dataDir()), ElementsAre("L1|C1;", "L2|"));
+    EXPECT_EQ(splash.Label1->text(), "Chargement en cours......100%");
+    EXPECT_EQ(rsPrixList.fieldCount(), 46); // the shared recordsets read the new tables
+    rsCataList.moveFirst();
+    EXPECT_EQ(rsCataList.value(QStringLiteral("GRL1")).toString(), "AB");
 }
 
 TEST_F(ConvertTest, AFailureShowsTheErrorWindowAndEndsTheProgram) {
@@ -224,10 +205,17 @@ TEST_F(ConvertTest, AFailureShowsTheErrorWindowAndEndsTheProgram) {
     openDataStore(false); // no CATALIST: the conversion cannot read the categories
     ScriptedPrompter prompts;
     prompts.expectMessage(LoadText(80), Buttons::OkCancel, Icon::None, {}, Answer::Ok);
-    ErrorWindowCloser errorWindow;
+    QString shown;
+    QTimer closer;
+    QObject::connect(&closer, &QTimer::timeout, [&shown] {
+        if (auto* window = qobject_cast<frmErrMsg*>(QApplication::activeModalWidget())) {
+            shown = window->lblMessage->text();
+            window->cmdOK->click();
+        }
+    });
+    closer.start(10);
     EXPECT_FALSE(convertAtStart(false));
-    EXPECT_TRUE(
-        errorWindow.text.startsWith(QStringLiteral("errConvert: \r\n") + LoadText(137) + "\r\n"))
-        << errorWindow.text.toStdString();
-    EXPECT_EQ(PrixListFieldCount(open()), 45);
+    EXPECT_TRUE(shown.startsWith(QStringLiteral("errConvert: \r\n") + LoadText(137) + "\r\n"))
+        << shown.toStdString();
+    EXPECT_EQ(fieldCount(), 45);
 }

@@ -1,7 +1,7 @@
-// The kill test's child: convertlists with a fault after a chosen file step. Its own options
-// come first: --stop-after N stops at the Nth file step, --by fail (the step reports a failure)
-// or --by die (the process ends there at once, as if killed); --count prints how many file steps
-// the run took. The other arguments are convertlists' own.
+// The kill test's child: convertlists with a fault after a chosen file step. Its first two
+// arguments are its own: the file step to stop at (0: none) and how, "fail" (the step reports
+// a failure) or "die" (the process ends there at once, as if killed). It prints how many file
+// steps the run took. The other arguments are convertlists' own.
 #include "convertlistsrun.h"
 
 #include "dbase/dberror.h"
@@ -35,26 +35,9 @@ private:
 
 int main(int argc, char** argv) {
     QCoreApplication application(argc, argv);
-    QStringList arguments = QCoreApplication::arguments().mid(1);
-    int stopAt = 0;
-    bool die = false;
-    bool count = false;
-    while (!arguments.isEmpty() && arguments.front().startsWith(QStringLiteral("--"))) {
-        const QString option = arguments.takeFirst();
-        if (option == u"--stop-after" && !arguments.isEmpty())
-            stopAt = arguments.takeFirst().toInt();
-        else if (option == u"--by" && !arguments.isEmpty())
-            die = arguments.takeFirst() == u"die";
-        else if (option == u"--count")
-            count = true;
-        else {
-            arguments.prepend(option);
-            break;
-        }
-    }
-    StopAfter steps(stopAt, die);
-    const int status = RunConvertLists(arguments, &steps);
-    if (count)
-        std::printf("steps %d\n", steps.count);
+    const QStringList arguments = QCoreApplication::arguments();
+    StopAfter steps(arguments.value(1).toInt(), arguments.value(2) == u"die");
+    const int status = RunConvertLists(arguments.mid(3), &steps);
+    std::printf("steps %d\n", steps.count);
     return status;
 }
