@@ -54,6 +54,14 @@ protected:
         return all;
     }
 
+    // DATESTK of every row.
+    QVariantList stockDates(const QString& table) const {
+        QVariantList dates;
+        for (const ItemRow& row : rows(table))
+            dates << row.dateStk;
+        return dates;
+    }
+
     // The first activated row whose dates differ.
     ItemRow toUpdate(const QString& table) const {
         for (const ItemRow& row : rows(table))
@@ -71,9 +79,6 @@ protected:
         return TableRows(info(), QStringLiteral("SELECT SUJET FROM NVINDEX"));
     }
 
-    static ArchiveMember member(const QString& name, const QByteArray& content) {
-        return {name, content};
-    }
     static QByteArray manifest(const QString& fichier, const QByteArray& extra = {}) {
         return "FICHIER=" + fichier.toLatin1() + "\r\n" + extra;
     }

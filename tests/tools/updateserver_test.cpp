@@ -7,11 +7,11 @@
 
 #include "support/testfiles.h"
 
-#include <QDir>
 #include <QFile>
 #include <QProcess>
 #include <QTcpServer>
 #include <QTemporaryDir>
+#include <functional>
 #include <gtest/gtest.h>
 #include <memory>
 
@@ -25,6 +25,8 @@ QByteArray everyByte(int rounds) {
             data += char(b);
     return data;
 }
+
+const QByteArray Versions = "VERSI5.3.0;3.9.0;2004.3.5";
 
 class UpdateServerTest : public ::testing::Test {
 protected:
@@ -46,23 +48,25 @@ protected:
         WriteBytes(content.filePath(relative), bytes);
     }
 
-    UpdateServer& start(ServerFaults faults = {}) {
+    // A new server with the faults `set` gives it, and a conversation with it past the
+    // greeting (when there is one).
+    std::unique_ptr<ServerConversation>
+    greeted(const std::function<void(ServerFaults&)>& set = {}) {
+        ServerFaults faults;
+        if (set)
+            set(faults);
         server = std::make_unique<UpdateServer>(ServerContent(content.path()), faults);
         EXPECT_TRUE(server->start(0)) << server->errorString().toStdString();
-        return *server;
-    }
-
-    // Connects and takes the greeting.
-    std::unique_ptr<ServerConversation> greeted() {
         auto c = std::make_unique<ServerConversation>(server->port());
-        EXPECT_TRUE(c->connected());
-        EXPECT_EQ(c->next(), "OKOKO");
+        if (!faults.silentOnConnect && !faults.refuseConnections) {
+            EXPECT_EQ(c->next(), "OKOKO");
+        }
         return c;
     }
 
     // One file: the request, its announcement, nothing before the acknowledgement, the bytes.
-    void fetch(ServerConversation& c, const QByteArray& request, const QByteArray& token,
-               const QByteArray& acknowledgement, const QByteArray& bytes) {
+    static void fetch(ServerConversation& c, const QByteArray& request, const QByteArray& token,
+                      const QByteArray& acknowledgement, const QByteArray& bytes) {
         SCOPED_TRACE(request.toStdString());
         c.send(request);
         EXPECT_EQ(c.next(), token + QByteArray::number(bytes.size()));
@@ -79,11 +83,10 @@ protected:
 } // namespace
 
 TEST_F(UpdateServerTest, AnswersEveryKindOfRequestInOneSession) {
-    start();
     auto c = greeted();
     fetch(*c, "BATI3", "BATI3", "ENVOIBATI3", "Norvale start file");
     c->send("VERSI2004.3.2");
-    EXPECT_EQ(c->next(), "VERSI5.3.0;3.9.0;2004.3.5");
+    EXPECT_EQ(c->next(), Versions);
     fetch(*c, "NVINFNVCOM", "NVINF", "ENVOINVINF", "index archive");
     fetch(*c, "LISTEACD00", "LISTE", "ENVOILISTEACD00", bigList);
     fetch(*c, "LISTEBOS01", "LISTE", "ENVOILISTEBOS01", "LISTE42 looks like an announcement");
@@ -96,21 +99,11 @@ TEST_F(UpdateServerTest, AnswersEveryKindOfRequestInOneSession) {
     EXPECT_EQ(server->sessionCount(), 1);
 }
 
-TEST_F(UpdateServerTest, VersionsFromTheOptionWinOverTheFileAndAMissingFileGivesNone) {
-    ServerContent set(content.path());
-    set.setVersions("6.0.0;4.0.0;2005.1.0");
-    EXPECT_EQ(set.versions(), "6.0.0;4.0.0;2005.1.0");
+TEST_F(UpdateServerTest, AnswersErrorToWhatItCannotServeAndGoesOn) {
     QFile::remove(content.filePath("VERSIONS"));
-    EXPECT_EQ(ServerContent(content.path()).versions(), "");
-    start();
     auto c = greeted();
     c->send("VERSI2004.3.2");
-    EXPECT_EQ(c->next(), "VERSI");
-}
-
-TEST_F(UpdateServerTest, AnswersErrorToWhatItCannotServeAndGoesOn) {
-    start();
-    auto c = greeted();
+    EXPECT_EQ(c->next(), "VERSI"); // no versions to offer
     for (const QByteArray& request :
          {QByteArray("LISTEXYZ99"), QByteArray("LISTE../VERSIONS"), QByteArray("LISTE"),
           QByteArray("CAT  ../AUT"), QByteArray("PARTDNOCODE"), QByteArray("HELLO")}) {
@@ -118,21 +111,15 @@ TEST_F(UpdateServerTest, AnswersErrorToWhatItCannotServeAndGoesOn) {
         EXPECT_EQ(c->next(), "ERROR") << request.toStdString();
     }
     // A wrong acknowledgement is refused and the file is not sent.
-    c->send("LISTEBOS01");
-    EXPECT_EQ(c->next(), "LISTE34");
-    c->send("ENVOILISTEACD00");
+    EXPECT_EQ(c->ask("LISTEBOS01", "ENVOILISTEACD00"), "LISTE34");
     EXPECT_EQ(c->next(), "ERROR");
     EXPECT_TRUE(c->quietFor(50));
     // A client that cannot write the file says so instead: no answer, and the session goes on.
-    c->send("LISTEBOS01");
-    EXPECT_EQ(c->next(), "LISTE34");
-    c->send("ERROR:53File not found");
+    EXPECT_EQ(c->ask("LISTEBOS01", "ERROR:53File not found"), "LISTE34");
     EXPECT_TRUE(c->quietFor(50));
     fetch(*c, "LISTEBOS01", "LISTE", "ENVOILISTEBOS01", "LISTE42 looks like an announcement");
     // The next request can come in the same read as the report.
-    c->send("LISTEBOS01");
-    EXPECT_EQ(c->next(), "LISTE34");
-    c->send("ERROR:52Bad file name or numberCAT  AUT");
+    EXPECT_EQ(c->ask("LISTEBOS01", "ERROR:52Bad file name or numberCAT  AUT"), "LISTE34");
     EXPECT_EQ(c->next(), "CATAX17");
 }
 
@@ -147,52 +134,38 @@ TEST(UpdateServerMessages, AnErrorReportIsSplitFromTheRequestsThatFollowIt) {
 }
 
 TEST_F(UpdateServerTest, ARequestDuringAFileIsAnsweredAfterItAndAClientErrorStopsTheFile) {
-    ServerFaults faults;
-    faults.chunkSize = 4096;
-    faults.chunkDelayMs = 5;
-    start(faults);
-    auto c = greeted();
-    c->send("LISTEACD00");
-    c->next();
+    auto c = greeted([](ServerFaults& f) {
+        f.chunkSize = 4096;
+        f.chunkDelayMs = 5;
+    });
     const int before = c->arrivals();
-    c->send("ENVOILISTEACD00");
+    c->ask("LISTEACD00", "ENVOILISTEACD00");
     EXPECT_EQ(c->receive(4096), bigList.left(4096));
     c->send("VERSI2004.3.2"); // a client that took the file for complete goes on
     EXPECT_EQ(c->receive(bigList.size() - 4096, 20000), bigList.mid(4096));
-    EXPECT_GE(c->arrivals() - before, 4) << "sent in pieces with pauses";
-    EXPECT_EQ(c->next(), "VERSI5.3.0;3.9.0;2004.3.5");
+    EXPECT_GE(c->arrivals() - before, 5) << "sent in pieces with pauses";
+    EXPECT_EQ(c->next(), Versions);
 
-    c->send("LISTEACD00");
-    c->next();
-    c->send("ENVOILISTEACD00");
+    c->ask("LISTEACD00", "ENVOILISTEACD00");
     EXPECT_EQ(c->receive(4096), bigList.left(4096));
     c->send("ERROR:53File not found");
     const QByteArray rest = c->receive(bigList.size(), 500); // what was on its way
     EXPECT_LT(rest.size(), bigList.size() - 4096);
     EXPECT_TRUE(c->quietFor(100));
     c->send("VERSI2004.3.2");
-    EXPECT_EQ(c->next(), "VERSI5.3.0;3.9.0;2004.3.5");
+    EXPECT_EQ(c->next(), Versions);
 }
 
 TEST_F(UpdateServerTest, ClosesOrFallsSilentAfterSoManyBytesOfTheNamedFile) {
-    ServerFaults faults;
-    faults.closeAfter = FileFault{1000, "LISTEACD00"};
-    start(faults);
-    auto c = greeted();
+    auto c = greeted([](ServerFaults& f) { f.closeAfter = FileFault{1000, "LISTEACD00"}; });
     fetch(*c, "LISTEBOS01", "LISTE", "ENVOILISTEBOS01", "LISTE42 looks like an announcement");
-    c->send("LISTEACD00");
-    EXPECT_EQ(c->next(), "LISTE" + QByteArray::number(bigList.size()));
-    c->send("ENVOILISTEACD00");
+    EXPECT_EQ(c->ask("LISTEACD00", "ENVOILISTEACD00"),
+              "LISTE" + QByteArray::number(bigList.size()));
     EXPECT_EQ(c->receive(bigList.size()), bigList.left(1000));
     EXPECT_TRUE(c->closedWithin(2000));
 
-    faults = {};
-    faults.stallAfter = FileFault{70000, {}};
-    start(faults);
-    c = greeted();
-    c->send("LISTEACD00");
-    c->next();
-    c->send("ENVOILISTEACD00");
+    c = greeted([](ServerFaults& f) { f.stallAfter = FileFault{70000, {}}; });
+    c->ask("LISTEACD00", "ENVOILISTEACD00");
     EXPECT_EQ(c->receive(70000), bigList.left(70000));
     EXPECT_TRUE(c->quietFor(200));
     EXPECT_TRUE(c->connected());
@@ -201,30 +174,20 @@ TEST_F(UpdateServerTest, ClosesOrFallsSilentAfterSoManyBytesOfTheNamedFile) {
 }
 
 TEST_F(UpdateServerTest, AnnouncesAWrongSizeButSendsTheWholeFile) {
-    ServerFaults faults;
-    faults.wrongSize = FileFault{-10, "BATI3"};
-    start(faults);
-    auto c = greeted();
-    c->send("BATI3");
-    EXPECT_EQ(c->next(), "BATI38");
-    c->send("ENVOIBATI3");
+    auto c = greeted([](ServerFaults& f) { f.wrongSize = FileFault{-10, "BATI3"}; });
+    EXPECT_EQ(c->ask("BATI3", "ENVOIBATI3"), "BATI38");
     EXPECT_EQ(c->receive(18), "Norvale start file");
 
-    faults.wrongSize = FileFault{+5, {}};
-    start(faults);
-    c = greeted();
-    c->send("UPDA2");
-    EXPECT_EQ(c->next(), "UPDAT16");
-    c->send("ENVOIUPDAT");
+    c = greeted([](ServerFaults& f) { f.wrongSize = FileFault{+5, {}}; });
+    EXPECT_EQ(c->ask("UPDA2", "ENVOIUPDAT"), "UPDAT16");
     EXPECT_EQ(c->receive(16, 300), "new program");
 }
 
-TEST_F(UpdateServerTest, AnswersErrorOrNothingToTheNamedRequestsOnly) {
-    ServerFaults faults;
-    faults.errorOn = {"LISTEBOS01", "NVINF"};
-    faults.silentOn = {"VERSI"};
-    start(faults);
-    auto c = greeted();
+TEST_F(UpdateServerTest, AnswersErrorOrNothingToTheNamedRequestsOrRefusesConnections) {
+    auto c = greeted([](ServerFaults& f) {
+        f.silentOn = {"VERSI"};
+        f.errorOn = {"LISTEBOS01", "NVINF"};
+    });
     c->send("LISTEBOS01");
     EXPECT_EQ(c->next(), "ERROR");
     c->send("NVINFNVCOM");
@@ -235,24 +198,17 @@ TEST_F(UpdateServerTest, AnswersErrorOrNothingToTheNamedRequestsOnly) {
     c->send("LISTEACD00"); // silent for good
     EXPECT_TRUE(c->quietFor(100));
 
-    faults = {};
-    faults.silentOnConnect = true;
-    start(faults);
-    ServerConversation mute(server->port());
-    EXPECT_TRUE(mute.connected());
-    EXPECT_TRUE(mute.quietFor(200));
-}
+    c = greeted([](ServerFaults& f) { f.silentOnConnect = true; });
+    EXPECT_TRUE(c->connected());
+    EXPECT_TRUE(c->quietFor(200));
 
-TEST_F(UpdateServerTest, RefusedConnectionsFindNobodyOnThePort) {
-    ServerFaults faults;
-    faults.refuseConnections = true;
-    start(faults);
+    c = greeted([](ServerFaults& f) { f.refuseConnections = true; });
     EXPECT_NE(server->port(), 0);
-    ServerConversation c(server->port());
-    EXPECT_FALSE(c.connected());
-    EXPECT_EQ(c.error(), QAbstractSocket::ConnectionRefusedError);
+    EXPECT_FALSE(c->connected());
+    EXPECT_EQ(c->error(), QAbstractSocket::ConnectionRefusedError);
 }
 
+// The versions of the command line win over the VERSIONS file.
 TEST_F(UpdateServerTest, TheCommandPrintsItsPortServesAndExitsByTheConvention) {
     QProcess program;
     program.start(QStringLiteral(UPDATE_SERVER_PATH),
