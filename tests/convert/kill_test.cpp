@@ -1,12 +1,17 @@
-// Nothing of the price-list table is lost, whatever stops a conversion: a child process running
+// convertlists from the command line: its arguments, its exit statuses and what it writes. And
+// nothing of the price-list table is lost, whatever stops a conversion: a child process running
 // it is stopped after each file step and killed at random moments, and each time PRIXLIST is
 // either the old table or the complete new one, and the next run ends with the new one.
 #include "oldtables.h"
 #include "testfiles.h"
 
+#include "dbase/connection.h"
+#include "partsfile/modnvconvert.h"
+
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
+#include <QFileInfo>
 #include <QProcess>
 #include <QTemporaryDir>
 #include <QThread>
@@ -17,11 +22,6 @@ using ::testing::HasSubstr;
 
 namespace {
 
-struct Tables {
-    QStringList prixList;
-    QStringList usedCodes;
-};
-
 // The files of `to` become those of `from`.
 void copyFiles(const QString& from, const QString& to) {
     QDir().mkpath(to);
@@ -31,26 +31,45 @@ void copyFiles(const QString& from, const QString& to) {
         QFile::copy(from + name, to + name);
 }
 
-// An installation of `lists` lists and `catalogues` catalogues, with its tables before and after
-// an uninterrupted run, the files of each saved in a folder of its own.
-class KillTest : public ::testing::Test {
+// An installation with old tables of `lists` lists over `codes` group codes and `catalogues`
+// catalogues.
+class ConvertListsTest : public ::testing::Test {
 protected:
-    void prepare(int lists, int catalogues, int codes) {
+    void install(int lists, int catalogues, int codes) {
         WriteBytes(drive() + "PRG/MENU.EXE", {});
         QDir().mkpath(dataDir());
         WriteOldPrixList(dataDir(), ManyLists(lists, codes));
         WriteCataList(dataDir(), ManyCatalogues(catalogues, codes));
+    }
+    QString drive() const { return root.path() + u'/'; }
+    QString dataDir() const { return drive() + "NVNV/"; }
+    static ProgramRun convertlists(const QStringList& arguments) {
+        return RunProgram(CONVERTLISTS_PATH, arguments, 120000);
+    }
+    int fieldCount() const {
+        Connection data;
+        data.open(dataDir());
+        return modNVConvert::PrixListFieldCount(data);
+    }
+    QDateTime written() const { return QFileInfo(dataDir() + "PRIXLIST.DBF").lastModified(); }
+
+    QTemporaryDir root;
+};
+
+// The tables before and after an uninterrupted run, the files of each saved in a folder.
+class KillTest : public ConvertListsTest {
+protected:
+    void prepare(int lists, int catalogues, int codes) {
+        install(lists, catalogues, codes);
         copyFiles(dataDir(), oldState);
-        before = tables();
-        expectSuccess(convert());
+        before = TableRows(dataDir(), "PRIXLIST");
+        expectSuccess(convertlists({drive()}));
         after = tables();
         copyFiles(dataDir(), convertedState);
         copyFiles(oldState, dataDir());
     }
-    QString drive() const { return root.path() + u'/'; }
-    QString dataDir() const { return drive() + "NVNV/"; }
-    Tables tables() const { return {TableRows(dataDir(), "PRIXLIST"), UsedCodes(dataDir())}; }
-    ProgramRun convert() const { return RunProgram(CONVERTLISTS_PATH, {drive()}, 120000); }
+    // PRIXLIST's rows, then the categories in use of CATALIST.
+    QStringList tables() const { return TableRows(dataDir(), "PRIXLIST") + UsedCodes(dataDir()); }
     // The child stops after the file step `step` (0: it does not); `by` is "fail" or "die".
     ProgramRun stopAfter(int step, const char* by, const QStringList& options = {}) const {
         const QStringList arguments{QString::number(step), by, drive()};
@@ -60,29 +79,24 @@ protected:
         ASSERT_EQ(run.status, 0) << QByteArray(run.out + run.err).constData();
     }
 
-    // PRIXLIST and CATALIST are those of an uninterrupted run.
-    void expectNew() {
-        const Tables now = tables();
-        EXPECT_EQ(FirstDifference(now.prixList, after.prixList), "");
-        EXPECT_EQ(FirstDifference(now.usedCodes, after.usedCodes), "");
-    }
+    // PRIXLIST is the old table, or the new one with CATALIST's categories of the new one.
     void expectOldOrNew() {
-        if (TableRows(dataDir(), "PRIXLIST") != before.prixList)
-            expectNew();
+        if (TableRows(dataDir(), "PRIXLIST") != before) {
+            EXPECT_EQ(FirstDifference(tables(), after), "");
+        }
     }
     // The next run finishes or redoes the conversion, and leaves no work table.
     void expectNextRunGivesNew() {
-        expectSuccess(convert());
-        expectNew();
+        expectSuccess(convertlists({drive()}));
+        EXPECT_EQ(FirstDifference(tables(), after), "");
         EXPECT_THAT(QDir(dataDir()).entryList({"PRIXTEMP.*", "CATATEMP.*"}, QDir::Files),
                     ::testing::IsEmpty());
     }
 
-    QTemporaryDir root;
     const QString oldState = root.filePath("old/");
     const QString convertedState = root.filePath("converted/");
-    Tables before;
-    Tables after;
+    QStringList before; // PRIXLIST
+    QStringList after;  // PRIXLIST and the categories
 };
 
 int stepCount(const ProgramRun& run) {
@@ -90,6 +104,48 @@ int stepCount(const ProgramRun& run) {
 }
 
 } // namespace
+
+TEST_F(ConvertListsTest, BadArgumentsOrAFolderThatIsNoInstallationWriteNothing) {
+    install(30, 5, 4);
+    const QStringList before = QDir(dataDir()).entryList(QDir::Files);
+    for (const QStringList& arguments :
+         {QStringList{}, QStringList{drive(), "--quick"}, QStringList{drive(), drive()},
+          QStringList{dataDir()}, QStringList{root.path() + "/missing"}}) {
+        const ProgramRun result = convertlists(arguments);
+        EXPECT_EQ(result.status, 2) << arguments.join(' ').toStdString();
+        EXPECT_THAT(result.err.toStdString(), HasSubstr("usage: convertlists DRIVE"));
+    }
+    EXPECT_EQ(QDir(dataDir()).entryList(QDir::Files), before);
+    EXPECT_EQ(fieldCount(), 45);
+
+    const ProgramRun help = convertlists({"--help"});
+    EXPECT_EQ(help.status, 0);
+    EXPECT_THAT(help.out.toStdString(), HasSubstr("--force"));
+    const ProgramRun version = convertlists({"--version"});
+    EXPECT_EQ(version.status, 0);
+    EXPECT_THAT(version.out.toStdString(), HasSubstr("convertlists "));
+}
+
+TEST_F(ConvertListsTest, AnOldTableIsConvertedOnceWithItsProgress) {
+    install(30, 5, 4);
+    const ProgramRun first = convertlists({drive()});
+    EXPECT_EQ(first.status, 0) << first.err.constData();
+    EXPECT_THAT(first.err.toStdString(), HasSubstr("Chargement en cours......100%"));
+    EXPECT_THAT(first.err.toStdString(), HasSubstr("Conversion terminée."));
+    EXPECT_EQ(fieldCount(), 46);
+
+    const QDateTime converted = written();
+    const ProgramRun again = convertlists({drive(), "--english"});
+    EXPECT_EQ(again.status, 0);
+    EXPECT_THAT(again.out.toStdString(), HasSubstr("already converted"));
+    EXPECT_EQ(written(), converted);
+
+    const ProgramRun forced = convertlists({"--force", "--english", drive()});
+    EXPECT_EQ(forced.status, 0) << forced.err.constData();
+    EXPECT_THAT(forced.err.toStdString(), HasSubstr("Conversion complete."));
+    EXPECT_NE(written(), converted);
+    EXPECT_EQ(fieldCount(), 46);
+}
 
 // The conversion, and the rebuild of the "Convert" command line followed by the conversion.
 TEST_F(KillTest, AFailureOrAnEndAfterEachFileStepLosesNothing) {
@@ -125,7 +181,7 @@ TEST_F(KillTest, AKillAtFiftyRandomMomentsLosesNothing) {
     prepare(400, 16, 24);
     QElapsedTimer clock;
     clock.start();
-    expectSuccess(convert());
+    expectSuccess(convertlists({drive()}));
     const qint64 duration = clock.elapsed();
     const unsigned seed = std::random_device{}();
     SCOPED_TRACE("seed " + std::to_string(seed));

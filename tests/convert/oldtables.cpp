@@ -55,17 +55,14 @@ void WriteCataList(const QString& dataDir, const QList<Catalogue>& catalogues) {
     table.fields = {FieldDef::text("FICHIER", 8), FieldDef::text("DESC", 40),
                     FieldDef::logical("UTILISER"), FieldDef::date("DATESTK"),
                     FieldDef::date("DATEEFF")};
-    for (const char* family : {"GR", "GRD", "GRL"})
+    for (const char* family : {"GR", "GRL"})
         for (int n = 1; n <= 9; ++n)
-            table.fields << FieldDef::text(QLatin1String(family) + QString::number(n),
-                                           family[2] == 'D' ? 30 : 4);
+            table.fields << FieldDef::text(QLatin1String(family) + QString::number(n), 4);
     for (const Catalogue& c : catalogues) {
         QVariantList row = {c.fichier, c.desc.isEmpty() ? c.fichier : c.desc, c.utiliser,
                             QDate(2025, 6, 1), QDate(2025, 7, 1)};
         for (const QString& code : c.gr)
             row << nullable(code);
-        for (int n = 1; n <= 9; ++n)
-            row << (c.gr[n - 1].isEmpty() ? QVariant() : QVariant(QStringLiteral("Category")));
         for (const QString& code : c.grl)
             row << nullable(code);
         table.rows << row;
@@ -107,11 +104,12 @@ QStringList UsedCodes(const QString& dataDir) {
 }
 
 std::string FirstDifference(const QStringList& a, const QStringList& b) {
-    for (qsizetype i = 0; i < std::max(a.size(), b.size()); ++i) {
-        const QString left = a.value(i, QStringLiteral("<none>"));
-        const QString right = b.value(i, QStringLiteral("<none>"));
-        if (left != right)
-            return QStringLiteral("line %1: %2 / %3").arg(i).arg(left, right).toStdString();
-    }
+    const QString none = QStringLiteral("<none>");
+    for (qsizetype i = 0; i < std::max(a.size(), b.size()); ++i)
+        if (a.value(i, none) != b.value(i, none))
+            return QStringLiteral("line %1: %2 / %3")
+                .arg(i)
+                .arg(a.value(i, none), b.value(i, none))
+                .toStdString();
     return {};
 }
