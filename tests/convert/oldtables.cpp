@@ -1,6 +1,5 @@
 #include "oldtables.h"
 #include "demotables.h"
-#include "testfiles.h"
 
 #include "dbase/tablewriter.h"
 
@@ -92,15 +91,6 @@ QList<Catalogue> ManyCatalogues(int count, int codes) {
         catalogues.append(c);
     }
     return catalogues;
-}
-
-QStringList CatnoByList(const QString& dataDir) {
-    return TableRows(dataDir, QStringLiteral("SELECT FICHIER, CATNO FROM PRIXLIST"));
-}
-
-QStringList UsedCodes(const QString& dataDir) {
-    return TableRows(dataDir, QStringLiteral("SELECT FICHIER, GRL1, GRL2, GRL3, GRL4, GRL5, GRL6, "
-                                             "GRL7, GRL8, GRL9 FROM CATALIST"));
 }
 
 std::string FirstDifference(const QStringList& a, const QStringList& b) {

@@ -3,6 +3,8 @@
 // Data directories as the conversion finds them: PRIXLIST in its 45-field form and CATALIST
 // with the catalogues' categories, written with the engine's table writer.
 
+#include "testfiles.h"
+
 #include <QList>
 #include <QString>
 #include <QStringList>
@@ -35,9 +37,14 @@ QList<OldList> ManyLists(int count, int codes);
 QList<Catalogue> ManyCatalogues(int count, int codes);
 
 // CATNO of each list, by FICHIER ("A01|C1;C2;").
-QStringList CatnoByList(const QString& dataDir);
+inline QStringList CatnoByList(const QString& dataDir) {
+    return TableRows(dataDir, QStringLiteral("SELECT FICHIER, CATNO FROM PRIXLIST"));
+}
 // GRL1..GRL9 of each catalogue ("C1|AB||...").
-QStringList UsedCodes(const QString& dataDir);
+inline QStringList UsedCodes(const QString& dataDir) {
+    return TableRows(dataDir, QStringLiteral("SELECT FICHIER, GRL1, GRL2, GRL3, GRL4, GRL5, GRL6, "
+                                             "GRL7, GRL8, GRL9 FROM CATALIST"));
+}
 
 // The first line where two tables differ, or an empty text when they are the same.
 std::string FirstDifference(const QStringList& a, const QStringList& b);

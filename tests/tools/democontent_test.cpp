@@ -10,59 +10,40 @@
 #include "app/version.h"
 
 #include <QTemporaryDir>
-#include <memory>
+#include <QVersionNumber>
 
-namespace {
+using DemoContentTest = ServiceInstallTest;
 
-class DemoContentTest : public ServiceInstallTest {
-protected:
-    void SetUp() override {
-        ServiceInstallTest::SetUp();
-        ASSERT_TRUE(content.isValid());
-        writeDemoContent(content.path(), install.drive(), today);
-        server = std::make_unique<UpdateServer>(ServerContent(content.path()), ServerFaults{});
-        ASSERT_TRUE(server->start(0));
-        session = std::make_unique<ServerConversation>(server->port());
-        ASSERT_EQ(session->next(), "OKOKO");
-    }
-
+TEST_F(DemoContentTest, EveryDownloadOfTheDemoChangesWhatTheWindowShows) {
+    QTemporaryDir content;
+    writeDemoContent(content.path(), install.drive(), today);
+    UpdateServer server(ServerContent(content.path()), ServerFaults{});
+    ASSERT_TRUE(server.start(0));
+    ServerConversation session(server.port());
+    ASSERT_EQ(session.next(), "OKOKO");
     // One file of the session, received into path; false when the server refused it.
-    bool download(const QByteArray& request, const QString& path,
-                  const QByteArray& acknowledgement = {}) {
+    const auto download = [&session](const QByteArray& request, const QString& path,
+                                     const QByteArray& acknowledgement = {}) {
         const QByteArray announcement =
-            session->ask(request, acknowledgement.isEmpty() ? "ENVOI" + request : acknowledgement);
+            session.ask(request, acknowledgement.isEmpty() ? "ENVOI" + request : acknowledgement);
         const qint64 size = announcement.mid(5).toLongLong();
         QFile file(path);
         return !announcement.startsWith("ERROR") && file.open(QIODevice::WriteOnly) &&
-               file.write(session->receive(size)) == size;
-    }
+               file.write(session.receive(size)) == size;
+    };
+    const auto programCode = [this](const char* field) {
+        return TableRows(prg(), QStringLiteral("SELECT %1 FROM NVAPPEL").arg(field)).value(0);
+    };
 
-    QString programCode(const QString& field) const {
-        return TableRows(prg(), "SELECT " + field + " FROM NVAPPEL").value(0);
-    }
-
-    QTemporaryDir content;
-    std::unique_ptr<UpdateServer> server;
-    std::unique_ptr<ServerConversation> session;
-};
-
-int versionValue(const QByteArray& version) {
-    const QList<QByteArray> parts = version.split('.');
-    return parts.value(0).toInt() * 365 + parts.value(1).toInt() * 31 + parts.value(2).toInt();
-}
-
-} // namespace
-
-TEST_F(DemoContentTest, EveryDownloadOfTheDemoChangesWhatTheWindowShows) {
     EXPECT_TRUE(download("BATI3", prg() + "NVBATI.DAT"));
 
-    session->send("VERSI2004.3.2");
-    const QList<QByteArray> offered = session->next().mid(5).split(';');
+    const QList<QByteArray> offered = session.ask("VERSI2004.3.2").mid(5).split(';');
     ASSERT_EQ(offered.size(), 3);
     EXPECT_EQ(offered[0], DemoPartdexOffered.toLatin1());
     EXPECT_EQ(offered[1], DemoLedgermakerOffered.toLatin1());
     const ProgramVersion own = CurrentVersion();
-    EXPECT_GT(versionValue(offered[2]), own.major * 365 + own.minor * 31 + own.revision);
+    EXPECT_GT(QVersionNumber::fromString(QString::fromLatin1(offered[2])),
+              QVersionNumber(own.major, own.minor, own.revision));
     EXPECT_TRUE(download("UPDA2", install.programDir() + "/UPDATE.EXE", "ENVOIUPDAT"));
 
     const ItemRow list = toUpdate("PRIXLIST");

@@ -26,13 +26,14 @@ public:
         (void)QTest::qWaitFor([this] { return socket_.bytesAvailable() > 0; }, timeoutMs);
         return socket_.readAll();
     }
-    // Asks for a file and acknowledges its announcement, unless it is a refusal; returns it.
-    QByteArray ask(const QByteArray& request, const QByteArray& acknowledgement) {
+    // The server's answer to a request. For a file, an acknowledgement follows the announcement
+    // unless it is a refusal.
+    QByteArray ask(const QByteArray& request, const QByteArray& acknowledgement = {}) {
         send(request);
-        const QByteArray announcement = next();
-        if (!announcement.startsWith("ERROR"))
+        const QByteArray answer = next();
+        if (!acknowledgement.isEmpty() && !answer.startsWith("ERROR"))
             send(acknowledgement);
-        return announcement;
+        return answer;
     }
     // The next `size` bytes (fewer when the connection closes or the wait times out).
     QByteArray receive(qint64 size, int timeoutMs = 5000) {

@@ -68,8 +68,7 @@ protected:
     static void fetch(ServerConversation& c, const QByteArray& request, const QByteArray& token,
                       const QByteArray& acknowledgement, const QByteArray& bytes) {
         SCOPED_TRACE(request.toStdString());
-        c.send(request);
-        EXPECT_EQ(c.next(), token + QByteArray::number(bytes.size()));
+        EXPECT_EQ(c.ask(request), token + QByteArray::number(bytes.size()));
         EXPECT_TRUE(c.quietFor(50));
         c.send(acknowledgement);
         EXPECT_EQ(c.receive(bytes.size()), bytes);
@@ -85,8 +84,7 @@ protected:
 TEST_F(UpdateServerTest, AnswersEveryKindOfRequestInOneSession) {
     auto c = greeted();
     fetch(*c, "BATI3", "BATI3", "ENVOIBATI3", "Norvale start file");
-    c->send("VERSI2004.3.2");
-    EXPECT_EQ(c->next(), Versions);
+    EXPECT_EQ(c->ask("VERSI2004.3.2"), Versions);
     fetch(*c, "NVINFNVCOM", "NVINF", "ENVOINVINF", "index archive");
     fetch(*c, "LISTEACD00", "LISTE", "ENVOILISTEACD00", bigList);
     fetch(*c, "LISTEBOS01", "LISTE", "ENVOILISTEBOS01", "LISTE42 looks like an announcement");
@@ -102,13 +100,11 @@ TEST_F(UpdateServerTest, AnswersEveryKindOfRequestInOneSession) {
 TEST_F(UpdateServerTest, AnswersErrorToWhatItCannotServeAndGoesOn) {
     QFile::remove(content.filePath("VERSIONS"));
     auto c = greeted();
-    c->send("VERSI2004.3.2");
-    EXPECT_EQ(c->next(), "VERSI"); // no versions to offer
+    EXPECT_EQ(c->ask("VERSI2004.3.2"), "VERSI"); // no versions to offer
     for (const QByteArray& request :
          {QByteArray("LISTEXYZ99"), QByteArray("LISTE../VERSIONS"), QByteArray("LISTE"),
           QByteArray("CAT  ../AUT"), QByteArray("PARTDNOCODE"), QByteArray("HELLO")}) {
-        c->send(request);
-        EXPECT_EQ(c->next(), "ERROR") << request.toStdString();
+        EXPECT_EQ(c->ask(request), "ERROR") << request.toStdString();
     }
     // A wrong acknowledgement is refused and the file is not sent.
     EXPECT_EQ(c->ask("LISTEBOS01", "ENVOILISTEACD00"), "LISTE34");
@@ -152,11 +148,10 @@ TEST_F(UpdateServerTest, ARequestDuringAFileIsAnsweredAfterItAndAClientErrorStop
     const QByteArray rest = c->receive(bigList.size(), 500); // what was on its way
     EXPECT_LT(rest.size(), bigList.size() - 4096);
     EXPECT_TRUE(c->quietFor(100));
-    c->send("VERSI2004.3.2");
-    EXPECT_EQ(c->next(), Versions);
+    EXPECT_EQ(c->ask("VERSI2004.3.2"), Versions);
 }
 
-TEST_F(UpdateServerTest, ClosesOrFallsSilentAfterSoManyBytesOfTheNamedFile) {
+TEST_F(UpdateServerTest, ClosesFallsSilentOrAnnouncesAWrongSizeForTheNamedFile) {
     auto c = greeted([](ServerFaults& f) { f.closeAfter = FileFault{1000, "LISTEACD00"}; });
     fetch(*c, "LISTEBOS01", "LISTE", "ENVOILISTEBOS01", "LISTE42 looks like an announcement");
     EXPECT_EQ(c->ask("LISTEACD00", "ENVOILISTEACD00"),
@@ -171,10 +166,8 @@ TEST_F(UpdateServerTest, ClosesOrFallsSilentAfterSoManyBytesOfTheNamedFile) {
     EXPECT_TRUE(c->connected());
     c->send("VERSI2004.3.2");
     EXPECT_TRUE(c->quietFor(100));
-}
 
-TEST_F(UpdateServerTest, AnnouncesAWrongSizeButSendsTheWholeFile) {
-    auto c = greeted([](ServerFaults& f) { f.wrongSize = FileFault{-10, "BATI3"}; });
+    c = greeted([](ServerFaults& f) { f.wrongSize = FileFault{-10, "BATI3"}; });
     EXPECT_EQ(c->ask("BATI3", "ENVOIBATI3"), "BATI38");
     EXPECT_EQ(c->receive(18), "Norvale start file");
 
@@ -188,10 +181,8 @@ TEST_F(UpdateServerTest, AnswersErrorOrNothingToTheNamedRequestsOrRefusesConnect
         f.silentOn = {"VERSI"};
         f.errorOn = {"LISTEBOS01", "NVINF"};
     });
-    c->send("LISTEBOS01");
-    EXPECT_EQ(c->next(), "ERROR");
-    c->send("NVINFNVCOM");
-    EXPECT_EQ(c->next(), "ERROR");
+    EXPECT_EQ(c->ask("LISTEBOS01"), "ERROR");
+    EXPECT_EQ(c->ask("NVINFNVCOM"), "ERROR");
     fetch(*c, "LISTEACD00", "LISTE", "ENVOILISTEACD00", bigList);
     c->send("VERSI2004.3.2");
     EXPECT_TRUE(c->quietFor(200));
@@ -221,8 +212,7 @@ TEST_F(UpdateServerTest, TheCommandPrintsItsPortServesAndExitsByTheConvention) {
     {
         ServerConversation c(port);
         EXPECT_EQ(c.next(), "OKOKO");
-        c.send("VERSI2004.3.2");
-        EXPECT_EQ(c.next(), "VERSI1.0.0;2.0.0;3.0.0");
+        EXPECT_EQ(c.ask("VERSI2004.3.2"), "VERSI1.0.0;2.0.0;3.0.0");
     }
     program.terminate(); // a stop by signal is a normal end
     ASSERT_TRUE(program.waitForFinished(10000));
@@ -232,11 +222,7 @@ TEST_F(UpdateServerTest, TheCommandPrintsItsPortServesAndExitsByTheConvention) {
     const auto run = [](const QStringList& arguments) {
         return RunProgram(QStringLiteral(UPDATE_SERVER_PATH), arguments, 10000);
     };
-    const ProgramRun help = run({"--help"});
-    EXPECT_EQ(help.status, 0);
-    const QByteArray said = help.out + help.err;
-    EXPECT_TRUE(said.contains("catalogues/FICHIER/CATA.ARJ"));
-    EXPECT_TRUE(said.contains("--close-after"));
+    EXPECT_EQ(run({"--help"}).status, 0);
     EXPECT_EQ(run({}).status, 2);
     EXPECT_EQ(run({content.filePath("missing")}).status, 2);
     EXPECT_EQ(run({content.path(), "--close-after", "many"}).status, 2);
