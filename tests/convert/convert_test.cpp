@@ -22,7 +22,6 @@
 
 using namespace modNVConvert;
 using ::testing::ElementsAre;
-using ::testing::IsEmpty;
 
 namespace {
 
@@ -72,17 +71,6 @@ protected:
     QString previousDir;
 };
 
-Catalogue catalogue(const QString& fichier, QList<std::pair<QString, QString>> categories,
-                    const QString& desc = {}, bool utiliser = true) {
-    Catalogue c{fichier, utiliser};
-    c.desc = desc;
-    for (int n = 0; n < categories.size(); ++n) {
-        c.gr[n] = categories[n].first;
-        c.grl[n] = categories[n].second;
-    }
-    return c;
-}
-
 // The question of a conversion at start-up answered, then its closing message.
 void expectConversion(ScriptedPrompter& prompts, Answer answer) {
     prompts.expectMessage(LoadText(80), Buttons::OkCancel, Icon::None, {}, answer)
@@ -96,12 +84,12 @@ TEST_F(ConvertTest, CatnoComesFromTheActivatedCataloguesCategories) {
                      {{"L1", "AB"}, {"L2", "AB"}, {"L3", "AB", false}, {"L4", "CD"}, {"L5", "EF"}});
     WriteCataList(dataDir(),
                   {// Two categories with one code: the lists get the catalogue once.
-                   catalogue("TWICE", {{"AB", ""}, {"AB", ""}}, "A"),
+                   Catalogue{"TWICE", true, {"AB", "AB"}, {}, "A"},
                    // The code in use wins over the suggested one; a code no activated list has
                    // is cleared.
-                   catalogue("USED", {{"XX", "CD"}, {"EF", "ZZ"}, {"", "CD"}}, "B"),
+                   Catalogue{"USED", true, {"XX", "EF", ""}, {"CD", "ZZ", "CD"}, "B"},
                    // Not activated: contributes nothing, keeps its codes.
-                   catalogue("IDLE", {{"AB", "QQ"}}, "C", false)});
+                   Catalogue{"IDLE", false, {"AB"}, {"QQ"}, "C"}});
     convert();
     EXPECT_THAT(CatnoByList(dataDir()),
                 ElementsAre("L1|TWICE;", "L2|TWICE;", "L3|", "L4|USED;", "L5|"));
@@ -113,8 +101,8 @@ TEST_F(ConvertTest, ANameEndingAnotherCountsAsHeld) {
     WriteOldPrixList(dataDir(), {{"L1", "AB"}, {"L2", "AB"}, {"L3", "CD"}});
     // XC1 comes first (DESC order) and gives "XC1;", which holds "C1;": the lists of AB look
     // associated with C1 already, and its category stops at the first of them.
-    WriteCataList(dataDir(), {catalogue("C1", {{"AB", ""}, {"CD", ""}}, "B"),
-                              catalogue("XC1", {{"AB", ""}}, "A")});
+    WriteCataList(dataDir(), {Catalogue{"C1", true, {"AB", "CD"}, {}, "B"},
+                              Catalogue{"XC1", true, {"AB"}, {}, "A"}});
     convert();
     EXPECT_THAT(CatnoByList(dataDir()), ElementsAre("L1|XC1;", "L2|XC1;", "L3|C1;"));
     EXPECT_THAT(UsedCodes(dataDir()), ElementsAre("C1|AB|CD|||||||", "XC1|AB||||||||"));
@@ -129,7 +117,7 @@ TEST_F(ConvertTest, EveryRowAndFieldIsKeptAndARebuiltTableConvertsTheSame) {
     for (QString& line : converted)
         line = line.section(u'|', 0, -2); // without CATNO, the last field
     EXPECT_EQ(FirstDifference(converted, old), "");
-    EXPECT_THAT(QDir(dataDir()).entryList({"*TEMP.*"}), IsEmpty()); // no work table left
+    EXPECT_TRUE(QDir(dataDir()).entryList({"*TEMP.*"}).isEmpty()); // no work table left
     const QStringList catno = CatnoByList(dataDir());
     const QStringList codes = UsedCodes(dataDir());
 
@@ -145,12 +133,12 @@ TEST_F(ConvertTest, EveryRowAndFieldIsKeptAndARebuiltTableConvertsTheSame) {
 TEST_F(ConvertTest, TheRestartModeLetsTheNextStartOpen) {
     WriteOldPrixList(dataDir(), {{"L1", "AB"}, {"L2", "CD"}});
     WriteCataList(dataDir(),
-                  {catalogue("C1", {{"AB", ""}}, "A"), catalogue("C2", {{"CD", ""}}, "B")});
+                  {Catalogue{"C1", true, {"AB"}, {}, "A"}, Catalogue{"C2", true, {"CD"}, {}, "B"}});
     const QStringList old = prixList();
     convert();
     ASSERT_THAT(CatnoByList(dataDir()), ElementsAre("L1|C1;", "L2|C2;"));
-    WriteCataList(dataDir(),
-                  {catalogue("C1", {{"AB", ""}}, "A"), catalogue("C2", {{"CD", ""}}, "B", false)});
+    WriteCataList(dataDir(), {Catalogue{"C1", true, {"AB"}, {}, "A"},
+                              Catalogue{"C2", false, {"CD"}, {}, "B"}});
     openDataStore();
     ScriptedPrompter prompts;
     prompts.expectMessage(LoadText(133), Buttons::Ok, Icon::Information, {}, Answer::Ok);

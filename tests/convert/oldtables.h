@@ -21,8 +21,8 @@ struct OldList {
 struct Catalogue {
     QString fichier;
     bool utiliser = true;
-    std::array<QString, 9> gr{};  // suggested codes; empty is Null
-    std::array<QString, 9> grl{}; // codes in use; empty is Null
+    std::array<QString, 9> gr{};  // GR1..GR9, the suggested codes; empty is Null
+    std::array<QString, 9> grl{}; // GRL1..GRL9, the codes in use; empty is Null
     QString desc = {};            // the file code when empty
 };
 

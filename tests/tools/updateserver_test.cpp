@@ -31,21 +31,18 @@ const QByteArray Versions = "VERSI5.3.0;3.9.0;2004.3.5";
 class UpdateServerTest : public ::testing::Test {
 protected:
     void SetUp() override {
-        ASSERT_TRUE(content.isValid());
-        put("VERSIONS", "5.3.0;3.9.0;2004.3.5\r\n");
-        put("NVBATI.DAT", "Norvale start file");
-        put("NVINFO.ARJ", "index archive");
-        put("UPDATE.EXE", "new program");
-        put("lists/ACD00.ARJ", bigList);
-        put("lists/bos01.arj", "LISTE42 looks like an announcement");
-        put("catalogues/aut/CAT.ARJ", "first file of AUT");
-        put("catalogues/aut/cata.arj", "second file of AUT");
-        put("partdex/PDX0402.ARJ", "partdex package");
-        put("ledgermaker/LGM0402.ARJ", "ledgermaker package");
-    }
-
-    void put(const QString& relative, const QByteArray& bytes) {
-        WriteBytes(content.filePath(relative), bytes);
+        for (const auto& [path, bytes] : std::initializer_list<std::pair<const char*, QByteArray>>{
+                 {"VERSIONS", "5.3.0;3.9.0;2004.3.5\r\n"},
+                 {"NVBATI.DAT", "Norvale start file"},
+                 {"NVINFO.ARJ", "index archive"},
+                 {"UPDATE.EXE", "new program"},
+                 {"lists/ACD00.ARJ", bigList},
+                 {"lists/bos01.arj", "LISTE42 looks like an announcement"},
+                 {"catalogues/aut/CAT.ARJ", "first file of AUT"},
+                 {"catalogues/aut/cata.arj", "second file of AUT"},
+                 {"partdex/PDX0402.ARJ", "partdex package"},
+                 {"ledgermaker/LGM0402.ARJ", "ledgermaker package"}})
+            WriteBytes(content.filePath(path), bytes);
     }
 
     // A new server with the faults `set` gives it, and a conversation with it past the
