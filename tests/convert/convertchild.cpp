@@ -13,22 +13,19 @@
 
 namespace {
 
-class StopAfter final : public modNVConvert::ConversionObserver {
-public:
-    StopAfter(int stopAt, bool die) : stopAt_(stopAt), die_(die) {}
+struct StopAfter final : modNVConvert::ConversionObserver {
+    StopAfter(int stopAt, bool die) : stopAt(stopAt), die(die) {}
     void fileStepDone(modNVConvert::FileStep step) override {
-        if (++count != stopAt_)
+        if (++count != stopAt)
             return;
-        if (die_)
+        if (die)
             std::_Exit(3);
         throw DbError(DbErrors::Io, QStringLiteral("Stopped after the step ") +
                                         modNVConvert::FileStepName(step) + u'.');
     }
+    int stopAt;
+    bool die;
     int count = 0;
-
-private:
-    int stopAt_;
-    bool die_;
 };
 
 } // namespace

@@ -129,31 +129,29 @@ TEST_F(FrmStockTest, TheDeletionRemovesThePartsAndSaysDoneUnlessItsTableFails) {
     EXPECT_TRUE(dialog.cmdEfface->isEnabled());
 }
 
-TEST_F(FrmStockTest, LeavingACurrentNumberListsItsPartsInTheMainWindow) {
+TEST_F(FrmStockTest, TypedLettersAreCapitalsEnterMovesOnAndALeftNumberIsSearched) {
     PartSearchPane parts;
     parts.txtMax->setText("1");
     parts.lstPieces->addItem("an earlier search");
     frmStock dialog(&parts);
-    dialog.txtOri[2]->setText("   ");
-    dialog.txtOriLostFocus(2); // a blank number searches nothing
-    EXPECT_EQ(parts.lstPieces->count(), 1);
-    dialog.txtOri[2]->setText("DEL");
-    dialog.txtOriLostFocus(2);
-    ASSERT_EQ(parts.lstPieces->count(), 2); // the heading and one line, as txtMax says
-    EXPECT_EQ(parts.lstPieces->item(0)->text(), modNTX::StockHeading());
-    EXPECT_TRUE(parts.lstPieces->item(1)->text().startsWith("DEL1"));
-}
-
-TEST_F(FrmStockTest, TypedLettersAreCapitalsAndEnterMovesOn) {
-    frmStock dialog(nullptr);
     dialog.show();
     QApplication::setActiveWindow(&dialog);
     dialog.txtOri[0]->setFocus();
-    QTest::keyClicks(dialog.txtOri[0], "ab-c1");
-    EXPECT_EQ(dialog.txtOri[0]->text(), "AB-C1");
+    QTest::keyClicks(dialog.txtOri[0], " ");
     QTest::keyClick(dialog.txtOri[0], Qt::Key_Return);
     EXPECT_TRUE(dialog.txtNouv[0]->hasFocus());
-    EXPECT_EQ(dialog.txtOri[0]->text(), "AB-C1");
+    // Leaving a blank number searches nothing.
+    EXPECT_EQ(parts.lstPieces->item(0)->text(), "an earlier search");
+    QTest::keyClicks(dialog.txtNouv[0], "ab-c1");
+    EXPECT_EQ(dialog.txtNouv[0]->text(), "AB-C1");
+    QTest::keyClick(dialog.txtNouv[0], Qt::Key_Return);
+    QTest::keyClicks(dialog.txtOri[1], "del");
+    QTest::keyClick(dialog.txtOri[1], Qt::Key_Return);
+    EXPECT_EQ(dialog.txtOri[1]->text(), "DEL"); // Enter adds nothing
+    // Leaving a number lists its parts in the main window: the heading and as many as txtMax says.
+    ASSERT_EQ(parts.lstPieces->count(), 2);
+    EXPECT_EQ(parts.lstPieces->item(0)->text(), modNTX::StockHeading());
+    EXPECT_TRUE(parts.lstPieces->item(1)->text().startsWith("DEL1"));
     dialog.txtNouv[3]->setFocus();
     QTest::keyClick(dialog.txtNouv[3], Qt::Key_Enter);
     EXPECT_TRUE(dialog.cmdRemplace->hasFocus());
