@@ -54,9 +54,14 @@ TEST_F(DemoContentTest, EveryDownloadOfTheDemoChangesWhatTheWindowShows) {
     const ItemRow catalogue = toUpdate("CATALIST");
     const QByteArray code = catalogue.fichier.toLatin1();
     ASSERT_TRUE(download("CAT  " + code, prg() + "NVCAT.ARJ"));
+    EXPECT_EQ(run({"9", "1", QString::number(catalogue.position)}),
+              1); // its second file is missing
+    EXPECT_EQ(rows("CATALIST")[catalogue.position - 1].dateStk, catalogue.dateStk);
     ASSERT_TRUE(download("CATA " + code, prg() + "NVCATA.ARJ"));
     EXPECT_EQ(run({"9", "1", QString::number(catalogue.position)}), 0);
     EXPECT_EQ(rows("CATALIST")[catalogue.position - 1].dateStk, catalogue.dateEff);
+    EXPECT_TRUE(QFile::exists(data() + catalogue.fichier + ".IDX"));
+    EXPECT_TRUE(QFile::exists(data() + catalogue.fichier + ".CAT"));
 
     const qsizetype newsletters = subjects().size();
     ASSERT_TRUE(download("NVINFNVCOM", data() + "NVINFO.ARJ", "ENVOINVINF"));

@@ -67,21 +67,6 @@ TEST_F(ServiceJobsTest, AListArchiveThatDoesNotFitItsPositionChangesNothing) {
                            "! LISTE.INF: not a date: 2026-12-01"}));
 }
 
-TEST_F(ServiceJobsTest, ACatalogueNeedsBothItsArchivesAndBecomesUpToDate) {
-    const ItemRow catalogue = toUpdate("CATALIST");
-    const QString position = QString::number(catalogue.position);
-    CreateArjArchive(prg() + "NVCAT.ARJ", {{"CATALOG.INF", manifest(catalogue.fichier)},
-                                           {catalogue.fichier + ".IDX", "index"}});
-    EXPECT_EQ(run({"9", "1", position}), 1); // the second file is missing
-    EXPECT_EQ(rows("CATALIST")[catalogue.position - 1].dateStk, catalogue.dateStk);
-
-    CreateArjArchive(prg() + "NVCATA.ARJ", {{catalogue.fichier + ".CAT", "pages"}});
-    EXPECT_EQ(run({"9", "1", position}), 0);
-    EXPECT_EQ(rows("CATALIST")[catalogue.position - 1].dateStk, catalogue.dateEff);
-    EXPECT_TRUE(QFile::exists(data() + catalogue.fichier + ".IDX"));
-    EXPECT_TRUE(QFile::exists(data() + catalogue.fichier + ".CAT"));
-}
-
 TEST_F(ServiceJobsTest, TheIndexArchiveAddsOnlyNewNewslettersAndItsFiles) {
     const QStringList before = subjects();
     // The maker's index carries fewer fields, in another order, and one newsletter already here.

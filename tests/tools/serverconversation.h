@@ -50,10 +50,6 @@ public:
     bool quietFor(int ms) {
         return !QTest::qWaitFor([this] { return socket_.bytesAvailable() > 0; }, ms);
     }
-    // True when the server closes the connection within ms milliseconds.
-    bool closedWithin(int ms) {
-        return QTest::qWaitFor([this] { return !open(); }, ms);
-    }
     // The number of separate arrivals counted since the connection, for pacing checks.
     int arrivals() const { return arrivals_; }
 
