@@ -79,6 +79,7 @@ TEST_F(DemoContentTest, EveryDownloadOfTheDemoChangesWhatTheWindowShows) {
     const QByteArray ledgermaker = programCode("P_3").toLatin1();
     ASSERT_TRUE(download("PARTD" + partdex, data() + "PARTVERS.ARJ"));
     EXPECT_EQ(run({"6", "1"}), 0);
+    EXPECT_TRUE(QFile::exists(prg() + partdex + ".TXT"));
     ASSERT_TRUE(download("LEDGM" + ledgermaker, data() + "LEDGVERS.ARJ"));
     EXPECT_EQ(run({"7", "1"}), 0);
     EXPECT_EQ(versions(), QStringList({DemoPartdexOffered, DemoLedgermakerOffered}));
