@@ -80,8 +80,14 @@ void expectConversion(ScriptedPrompter& prompts, Answer answer) {
 } // namespace
 
 TEST_F(ConvertTest, CatnoComesFromTheActivatedCataloguesCategories) {
-    WriteOldPrixList(dataDir(),
-                     {{"L1", "AB"}, {"L2", "AB"}, {"L3", "AB", false}, {"L4", "CD"}, {"L5", "EF"}});
+    WriteOldPrixList(dataDir(), {{"L1", "AB"},
+                                 {"L2", "AB"},
+                                 {"L3", "AB", false},
+                                 {"L4", "CD"},
+                                 {"L5", "EF"},
+                                 {"L6", "GH"},
+                                 {"L7", "GH"},
+                                 {"L8", "IJ"}});
     WriteCataList(dataDir(),
                   {// Two categories with one code: the lists get the catalogue once.
                    Catalogue{"TWICE", true, {"AB", "AB"}, {}, "A"},
@@ -89,23 +95,17 @@ TEST_F(ConvertTest, CatnoComesFromTheActivatedCataloguesCategories) {
                    // is cleared.
                    Catalogue{"USED", true, {"XX", "EF", ""}, {"CD", "ZZ", "CD"}, "B"},
                    // Not activated: contributes nothing, keeps its codes.
-                   Catalogue{"IDLE", false, {"AB"}, {"QQ"}, "C"}});
+                   Catalogue{"IDLE", false, {"AB"}, {"QQ"}, "C"},
+                   // XC1 comes first (DESC order) and gives "XC1;", which holds "C1;": the lists
+                   // of GH look associated with C1 already, and its category stops at the first.
+                   Catalogue{"C1", true, {"GH", "IJ"}, {}, "E"},
+                   Catalogue{"XC1", true, {"GH"}, {}, "D"}});
     convert();
-    EXPECT_THAT(CatnoByList(dataDir()),
-                ElementsAre("L1|TWICE;", "L2|TWICE;", "L3|", "L4|USED;", "L5|"));
+    EXPECT_THAT(CatnoByList(dataDir()), ElementsAre("L1|TWICE;", "L2|TWICE;", "L3|", "L4|USED;",
+                                                    "L5|", "L6|XC1;", "L7|XC1;", "L8|C1;"));
     EXPECT_THAT(UsedCodes(dataDir()),
-                ElementsAre("TWICE|AB|AB|||||||", "USED|CD||||||||", "IDLE|QQ||||||||"));
-}
-
-TEST_F(ConvertTest, ANameEndingAnotherCountsAsHeld) {
-    WriteOldPrixList(dataDir(), {{"L1", "AB"}, {"L2", "AB"}, {"L3", "CD"}});
-    // XC1 comes first (DESC order) and gives "XC1;", which holds "C1;": the lists of AB look
-    // associated with C1 already, and its category stops at the first of them.
-    WriteCataList(dataDir(), {Catalogue{"C1", true, {"AB", "CD"}, {}, "B"},
-                              Catalogue{"XC1", true, {"AB"}, {}, "A"}});
-    convert();
-    EXPECT_THAT(CatnoByList(dataDir()), ElementsAre("L1|XC1;", "L2|XC1;", "L3|C1;"));
-    EXPECT_THAT(UsedCodes(dataDir()), ElementsAre("C1|AB|CD|||||||", "XC1|AB||||||||"));
+                ElementsAre("TWICE|AB|AB|||||||", "USED|CD||||||||", "IDLE|QQ||||||||",
+                            "C1|GH|IJ|||||||", "XC1|GH||||||||"));
 }
 
 TEST_F(ConvertTest, EveryRowAndFieldIsKeptAndARebuiltTableConvertsTheSame) {

@@ -118,8 +118,6 @@ TEST_F(UpdateServerTest, AnswersErrorToWhatItCannotServeAndGoesOn) {
 
 TEST(UpdateServerMessages, AnErrorReportIsSplitFromTheRequestsThatFollowIt) {
     using List = QList<QByteArray>;
-    EXPECT_EQ(clientMessages("ERROR:53File not foundVERSI2004.3.2"),
-              List({"ERROR:53File not found", "VERSI2004.3.2"}));
     EXPECT_EQ(clientMessages("ERROR:53ERROR:52Disk full"), List({"ERROR:53", "ERROR:52Disk full"}));
     EXPECT_EQ(clientMessages("ERROR:75Path/File access error"),
               List({"ERROR:75Path/File access error"}));
