@@ -11,7 +11,9 @@ public:
     explicit ServerConversation(quint16 port) {
         QObject::connect(&socket_, &QTcpSocket::readyRead, [this] { ++arrivals_; });
         socket_.connectToHost(QHostAddress::LocalHost, port);
-        (void)QTest::qWaitFor([this] { return connected() || !open(); }, 5000);
+        (void)QTest::qWaitFor(
+            [this] { return connected() || socket_.state() == QAbstractSocket::UnconnectedState; },
+            5000);
     }
 
     bool connected() const { return socket_.state() == QAbstractSocket::ConnectedState; }
@@ -54,8 +56,6 @@ public:
     int arrivals() const { return arrivals_; }
 
 private:
-    bool open() const { return socket_.state() != QAbstractSocket::UnconnectedState; }
-
     QTcpSocket socket_;
     int arrivals_ = 0;
 };

@@ -20,9 +20,8 @@ namespace {
 // Every byte value, after a start that looks like a server token.
 QByteArray everyByte(int rounds) {
     QByteArray data = "ERROR";
-    for (int r = 0; r < rounds; ++r)
-        for (int b = 0; b < 256; ++b)
-            data += char(b);
+    for (int i = 0; i < rounds * 256; ++i)
+        data += char(i % 256);
     return data;
 }
 
