@@ -27,7 +27,6 @@ TEST_F(ServiceJobsTest, AListArchiveMakesTheListAtItsPositionUpToDate) {
     open.setAbsolutePosition(list.position);
     EXPECT_EQ(open.value("DATESTK").toString(), list.dateEff);
     EXPECT_EQ(stockDates("PRIXLIST"), expected); // no other row changed
-    EXPECT_EQ(rows("PRIXLIST")[list.position - 1].dateEff, list.dateEff);
     EXPECT_TRUE(QFile::exists(data() + list.fichier + ".PRX"));
     EXPECT_FALSE(QFile::exists(data() + "LISTE.INF"));
     EXPECT_EQ(logLines(), QStringList{"5 2 " + position});
@@ -126,9 +125,7 @@ TEST_F(ServiceJobsTest, ADamagedArchiveFailsWithALogLineAndUnpacksNothing) {
         WriteBytes(archive, damaged);
         EXPECT_EQ(run({"5", "2", QString::number(list.position)}), 1);
     }
-    for (const QString& line : logLines().mid(1).filter("! "))
-        EXPECT_TRUE(line.startsWith("! arj status")) << line.toStdString();
-    EXPECT_EQ(logLines().filter("! ").size(), 4);
+    EXPECT_EQ(logLines().filter("! arj status").size(), 4);
     EXPECT_EQ(rows("PRIXLIST")[list.position - 1].dateStk, list.dateStk);
     EXPECT_EQ(strays(data()), dataBefore); // no member, no work directory left behind
     EXPECT_EQ(strays(prg()), prgBefore);
