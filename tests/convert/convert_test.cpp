@@ -2,7 +2,6 @@
 // and the program's procedure with its questions, progress and error window.
 #include "oldtables.h"
 #include "scriptedprompter.h"
-#include "testfiles.h"
 
 #include "app/appstate.h"
 #include "app/frmerrmsg.h"

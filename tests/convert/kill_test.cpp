@@ -3,7 +3,6 @@
 // it is stopped after each file step and killed at random moments, and each time PRIXLIST is
 // either the old table or the complete new one, and the next run ends with the new one.
 #include "oldtables.h"
-#include "testfiles.h"
 
 #include <QDir>
 #include <QElapsedTimer>
@@ -44,13 +43,8 @@ protected:
         return RunProgram(CONVERTLISTS_PATH, arguments, 120000);
     }
 
-    QTemporaryDir root;
-};
-
-// The tables before and after an uninterrupted run, the files of each saved in a folder. The
-// run shows its progress; a second run leaves the converted table as it is.
-class KillTest : public ConvertListsTest {
-protected:
+    // The tables before and after an uninterrupted run, the files of each saved in a folder.
+    // The run shows its progress; a second run leaves the converted table as it is.
     void prepare(int lists, int catalogues, int codes) {
         install(lists, catalogues, codes);
         copyFiles(dataDir(), oldState);
@@ -89,11 +83,13 @@ protected:
                     ::testing::IsEmpty());
     }
 
+    QTemporaryDir root;
     const QString oldState = root.filePath("old/");
     const QString convertedState = root.filePath("converted/");
     QStringList before; // PRIXLIST
     QStringList after;  // PRIXLIST and the categories
 };
+using KillTest = ConvertListsTest;
 
 } // namespace
 

@@ -5,9 +5,6 @@
 
 #include "testfiles.h"
 
-#include <QList>
-#include <QString>
-#include <QStringList>
 #include <array>
 #include <string>
 
