@@ -30,7 +30,6 @@ protected:
         ResetAppState();
         App().Settings.Nation = 1000;
         App().DataPath = dir.path() + u'/';
-        previousDir = QDir::currentPath();
     }
     void TearDown() override {
         closeDataStore();
@@ -67,7 +66,7 @@ protected:
     static bool convertAtStart(bool forced) { return Convert(forced); }
 
     QTemporaryDir dir;
-    QString previousDir;
+    const QString previousDir = QDir::currentPath();
 };
 
 } // namespace

@@ -1,7 +1,6 @@
-// The kill test's child: convertlists with a fault after a chosen file step. Its first two
-// arguments are its own: the file step to stop at (0: none) and how, "fail" (the step reports
-// a failure) or "die" (the process ends there at once, as if killed). It prints how many file
-// steps the run took. The other arguments are convertlists' own.
+// The kill test's child: convertlists stopped after a chosen file step. Its own first arguments
+// are that step (0: none) and "fail" (the step reports a failure) or "die" (the process ends at
+// once, as if killed); the rest are convertlists'. It prints how many file steps the run took.
 #include "convertlistsrun.h"
 
 #include "dbase/dberror.h"

@@ -63,8 +63,7 @@ protected:
         modNTX::SearchStockIn(App().PrgPath, text, lines, [&numbers](const QString& line) {
             numbers << line.left(15).trimmed();
         });
-        numbers.removeFirst();
-        return numbers;
+        return numbers.mid(1);
     }
     void type(frmStock& dialog, const QStringList& ori, const QStringList& nouv = {}) {
         for (int i = 0; i < frmStock::RowCount; ++i) {

@@ -27,8 +27,7 @@ void copyFiles(const QString& from, const QString& to) {
         QFile::copy(from + name, to + name);
 }
 
-// An installation with old tables of `lists` lists over `codes` group codes and `catalogues`
-// catalogues.
+// An installation whose old tables hold `lists` lists and `catalogues` catalogues.
 class ConvertListsTest : public ::testing::Test {
 protected:
     void install(int lists, int catalogues, int codes) {

@@ -64,12 +64,8 @@ protected:
         return {};
     }
 
-    QStringList versions() const {
-        return TableRows(prg(), QStringLiteral("SELECT NVVERSION FROM NVVERS"));
-    }
-    QStringList subjects() const {
-        return TableRows(info(), QStringLiteral("SELECT SUJET FROM NVINDEX"));
-    }
+    QStringList versions() const { return TableRows(prg(), "SELECT NVVERSION FROM NVVERS"); }
+    QStringList subjects() const { return TableRows(info(), "SELECT SUJET FROM NVINDEX"); }
 
     static QByteArray manifest(const QString& fichier, const QByteArray& extra = {}) {
         return "FICHIER=" + fichier.toLatin1() + "\r\n" + extra;
