@@ -27,8 +27,6 @@ using ::testing::IsEmpty;
 
 namespace {
 
-const QStringList StockNumbers = {"ABC", "ABC1", "DEL1", "DEL2", "XYZ"};
-
 class FrmStockTest : public ::testing::Test {
 protected:
     void SetUp() override {
@@ -41,22 +39,15 @@ protected:
         install.installServiceProgram();
         QFile::copy(install.programDir() + u'/' + install.serviceProgramName(),
                     App().DataPath + install.serviceProgramName());
-        writeStock();
+        std::vector<StockPart> parts;
+        for (const char* number : {"ABC", "ABC1", "DEL1", "DEL2", "XYZ"})
+            parts.emplace_back().number = QString::fromLatin1(number);
+        ASSERT_FALSE(WriteStockFiles(App().PrgPath, parts).bytes.isEmpty());
         connPrg.open(App().PrgPath);
     }
     void TearDown() override {
         if (connPrg.isOpen())
             connPrg.close();
-    }
-
-    static void writeStock() {
-        std::vector<StockPart> parts;
-        for (const QString& number : StockNumbers) {
-            StockPart part;
-            part.number = number;
-            parts.push_back(part);
-        }
-        ASSERT_FALSE(WriteStockFiles(App().PrgPath, parts).bytes.isEmpty());
     }
 
     QStringList workRows(const QString& table) const { return TableRows(App().PrgPath, table); }
@@ -72,8 +63,7 @@ protected:
         modNTX::SearchStockIn(App().PrgPath, text, lines, [&numbers](const QString& line) {
             numbers << line.left(15).trimmed();
         });
-        numbers.removeFirst();
-        return numbers;
+        return numbers.mid(1);
     }
     void type(frmStock& dialog, const QStringList& ori, const QStringList& nouv = {}) {
         for (int i = 0; i < frmStock::RowCount; ++i) {
@@ -87,7 +77,12 @@ protected:
 
 } // namespace
 
-TEST_F(FrmStockTest, TheReplacementWritesTheRowsAsTypedAndRefusesTheSameSequence) {
+TEST_F(FrmStockTest, TheReplacementWritesTheRowsAsTypedAndTheRenumberedPartsAreFound) {
+    // A search that has the files open while the service program works reads the old pair.
+    QFile index(App().PrgPath + "STOCK.NTX");
+    QFile table(App().PrgPath + "STOCK.DBF");
+    ASSERT_TRUE(index.open(QIODevice::ReadOnly) && table.open(QIODevice::ReadOnly));
+
     frmStock dialog(nullptr);
     type(dialog, {"ABC", "  DEL1", " XYZ", "DEL2"}, {"ABC1", "DEL1B", "XABC", ""});
     ScriptedPrompter prompts;
@@ -99,91 +94,63 @@ TEST_F(FrmStockTest, TheReplacementWritesTheRowsAsTypedAndRefusesTheSameSequence
     EXPECT_FALSE(dialog.cmdRemplace->isEnabled());
     EXPECT_FALSE(dialog.cmdEfface->isEnabled());
     EXPECT_EQ(dialog.txtOri[0]->text(), "ABC"); // the fields keep their texts
-}
-
-TEST_F(FrmStockTest, ARenumberedPartIsFoundUnderItsNewNumber) {
-    // A search that has the files open while the service program works reads the old pair.
-    QFile index(App().PrgPath + "STOCK.NTX");
-    QFile table(App().PrgPath + "STOCK.DBF");
-    ASSERT_TRUE(index.open(QIODevice::ReadOnly) && table.open(QIODevice::ReadOnly));
-
-    frmStock dialog(nullptr);
-    type(dialog, {"", "ABC"}, {"", "QRS9"});
-    ScriptedPrompter nothingAsked;
-    dialog.cmdRemplaceClick();
-    EXPECT_THAT(found("QRS"), ElementsAre("QRS9"));
-    EXPECT_THAT(found("ABC"), ElementsAre("ABC1"));
+    EXPECT_THAT(found(""), ElementsAre("ABC", "ABC1", "DEL1", "DEL2", "XABC"));
 
     QStringList meanwhile;
     qint32 lines = 50;
-    EXPECT_TRUE(modNTX::ScanStock(index, table, "ABC", lines, [&meanwhile](const QString& line) {
+    EXPECT_TRUE(modNTX::ScanStock(index, table, "X", lines, [&meanwhile](const QString& line) {
                     meanwhile << line.left(15).trimmed();
                 }).ok());
-    EXPECT_THAT(meanwhile.mid(1), ElementsAre("ABC", "ABC1"));
+    EXPECT_THAT(meanwhile.mid(1), ElementsAre("XYZ"));
 }
 
-TEST_F(FrmStockTest, TheDeletionRemovesThePartsAndSaysDone) {
-    frmStock dialog(nullptr);
-    type(dialog, {"DEL1", "", "DEL2", "  "}, {"IGNORED"});
-    ScriptedPrompter prompts;
-    prompts.expectMessage(LoadText(117));
-    dialog.cmdEffaceClick();
-    EXPECT_THAT(workRows("MEEFFACE"), ElementsAre("DEL1", "DEL2"));
-    EXPECT_THAT(serviceRuns(), ElementsAre("3 1"));
-    EXPECT_THAT(found("DEL"), IsEmpty());
-    EXPECT_THAT(found(""), ElementsAre("ABC", "ABC1", "XYZ"));
-    EXPECT_FALSE(dialog.cmdEfface->isEnabled());
-}
-
-TEST_F(FrmStockTest, FourBlankNumbersStillRunTheServiceProgram) {
+TEST_F(FrmStockTest, TheDeletionRemovesThePartsAndSaysDoneUnlessItsTableFails) {
     WriteBytes(App().PrgPath + "MEEFFACE.DBF", {}); // a leftover of another run goes first
     frmStock dialog(nullptr);
     ScriptedPrompter prompts;
-    prompts.expectMessage(LoadText(117));
-    dialog.cmdEffaceClick();
+    prompts.expectMessage(LoadText(117)).expectMessage(LoadText(117));
+    dialog.cmdEffaceClick(); // four blank numbers still run the service program
     EXPECT_THAT(workRows("MEEFFACE"), IsEmpty());
-    EXPECT_THAT(serviceRuns(), ElementsAre("3 1"));
-}
+    type(dialog, {"DEL1", "", "DEL2", "  "}, {"IGNORED"});
+    dialog.cmdEffaceClick();
+    EXPECT_THAT(workRows("MEEFFACE"), ElementsAre("DEL1", "DEL2"));
+    EXPECT_THAT(serviceRuns(), ElementsAre("3 1", "3 1"));
+    EXPECT_THAT(found("DEL"), IsEmpty());
+    EXPECT_THAT(found(""), ElementsAre("ABC", "ABC1", "XYZ"));
 
-TEST_F(FrmStockTest, AWorkTableFailureIsReportedAndTheButtonsComeBack) {
+    // A work table that cannot be written is reported, and the buttons come back.
     connPrg.close();
-    frmStock dialog(nullptr);
-    type(dialog, {"ABC"}, {"XYZ9"});
-    ScriptedPrompter prompts;
     prompts.expectMessageMatching(QStringLiteral("^errStock: 3704\r\n"));
     dialog.cmdRemplaceClick();
-    EXPECT_THAT(serviceRuns(), IsEmpty());
+    EXPECT_THAT(serviceRuns(), ElementsAre("3 1", "3 1"));
     EXPECT_TRUE(dialog.cmdRemplace->isEnabled());
     EXPECT_TRUE(dialog.cmdEfface->isEnabled());
 }
 
-TEST_F(FrmStockTest, LeavingACurrentNumberListsItsPartsInTheMainWindow) {
+TEST_F(FrmStockTest, TypedLettersAreCapitalsEnterMovesOnAndALeftNumberIsSearched) {
     PartSearchPane parts;
     parts.txtMax->setText("1");
     parts.lstPieces->addItem("an earlier search");
     frmStock dialog(&parts);
-    dialog.txtOri[2]->setText("   ");
-    dialog.txtOriLostFocus(2); // a blank number searches nothing
-    EXPECT_EQ(parts.lstPieces->count(), 1);
-    dialog.txtOri[2]->setText("DEL");
-    dialog.txtOriLostFocus(2);
-    ASSERT_EQ(parts.lstPieces->count(), 2); // the heading and one line, as txtMax says
-    EXPECT_EQ(parts.lstPieces->item(0)->text(), modNTX::StockHeading());
-    EXPECT_TRUE(parts.lstPieces->item(1)->text().startsWith("DEL1"));
-}
-
-TEST_F(FrmStockTest, TypedLettersAreCapitalsAndEnterMovesOn) {
-    frmStock dialog(nullptr);
     dialog.show();
     QApplication::setActiveWindow(&dialog);
     dialog.txtOri[0]->setFocus();
-    QTest::keyClicks(dialog.txtOri[0], "ab-c1");
-    EXPECT_EQ(dialog.txtOri[0]->text(), "AB-C1");
+    QTest::keyClicks(dialog.txtOri[0], " ");
     QTest::keyClick(dialog.txtOri[0], Qt::Key_Return);
     EXPECT_TRUE(dialog.txtNouv[0]->hasFocus());
-    EXPECT_EQ(dialog.txtOri[0]->text(), "AB-C1");
+    // Leaving a blank number searches nothing.
+    EXPECT_EQ(parts.lstPieces->item(0)->text(), "an earlier search");
+    QTest::keyClicks(dialog.txtNouv[0], "ab-c1");
+    EXPECT_EQ(dialog.txtNouv[0]->text(), "AB-C1");
+    QTest::keyClick(dialog.txtNouv[0], Qt::Key_Return);
+    QTest::keyClicks(dialog.txtOri[1], "del");
+    QTest::keyClick(dialog.txtOri[1], Qt::Key_Return);
+    EXPECT_EQ(dialog.txtOri[1]->text(), "DEL"); // Enter adds nothing
+    // Leaving a number lists its parts in the main window: the heading and as many as txtMax says.
+    ASSERT_EQ(parts.lstPieces->count(), 2);
+    EXPECT_EQ(parts.lstPieces->item(0)->text(), modNTX::StockHeading());
+    EXPECT_TRUE(parts.lstPieces->item(1)->text().startsWith("DEL1"));
     dialog.txtNouv[3]->setFocus();
     QTest::keyClick(dialog.txtNouv[3], Qt::Key_Enter);
     EXPECT_TRUE(dialog.cmdRemplace->hasFocus());
-    EXPECT_EQ(dialog.windowTitle(), LoadText(106));
 }

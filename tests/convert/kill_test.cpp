@@ -1,177 +1,146 @@
-// Nothing of the price-list table is lost, whatever stops a conversion: a child process running
+// convertlists from the command line: its arguments, its exit statuses and what it writes. And
+// nothing of the price-list table is lost, whatever stops a conversion: a child process running
 // it is stopped after each file step and killed at random moments, and each time PRIXLIST is
 // either the old table or the complete new one, and the next run ends with the new one.
 #include "oldtables.h"
-#include "testfiles.h"
-
-#include "dbase/connection.h"
 
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
+#include <QFileInfo>
 #include <QProcess>
 #include <QTemporaryDir>
 #include <QThread>
 #include <gmock/gmock.h>
 #include <random>
 
+using ::testing::HasSubstr;
+
 namespace {
 
-struct Tables {
-    QStringList prixList;
-    QStringList usedCodes;
-};
-
-// The first line where two tables differ, or an empty text when they are the same.
-std::string firstDifference(const QStringList& a, const QStringList& b) {
-    for (qsizetype i = 0; i < std::max(a.size(), b.size()); ++i) {
-        const QString left = a.value(i, QStringLiteral("<none>"));
-        const QString right = b.value(i, QStringLiteral("<none>"));
-        if (left != right)
-            return QStringLiteral("line %1: %2 / %3").arg(i).arg(left, right).toStdString();
-    }
-    return {};
+// The files of `to` become those of `from`.
+void copyFiles(const QString& from, const QString& to) {
+    QDir().mkpath(to);
+    for (const QString& name : QDir(to).entryList(QDir::Files))
+        QFile::remove(to + name);
+    for (const QString& name : QDir(from).entryList(QDir::Files))
+        QFile::copy(from + name, to + name);
 }
 
-ProgramRun runProgram(const QString& program, const QStringList& arguments) {
-    return RunProgram(program, arguments, 120000);
-}
-
-// An installation in a temporary directory, its tables copied in from a saved state.
-class Installation {
-public:
-    Installation() {
-        QDir().mkpath(drive() + "PRG");
-        QDir().mkpath(dataDir());
-        WriteBytes(drive() + "PRG/MENU.EXE", {});
-    }
-    QString drive() const { return root_.path() + u'/'; }
-    QString dataDir() const { return drive() + "NVNV/"; }
-
-    void restore(const QString& saved) const {
-        for (const QString& name : QDir(dataDir()).entryList(QDir::Files))
-            QFile::remove(dataDir() + name);
-        for (const QString& name : QDir(saved).entryList(QDir::Files))
-            QFile::copy(saved + name, dataDir() + name);
-    }
-    QString save(const QString& name) const {
-        const QString saved = root_.path() + u'/' + name + u'/';
-        QDir().mkpath(saved);
-        for (const QString& file : QDir(dataDir()).entryList(QDir::Files))
-            QFile::copy(dataDir() + file, saved + file);
-        return saved;
-    }
-    Tables tables() const {
-        Connection data;
-        data.open(dataDir());
-        return {TableText(data, QStringLiteral("PRIXLIST")), UsedCodes(data)};
-    }
-    ProgramRun convert(const QStringList& options = {}) const {
-        return runProgram(CONVERTLISTS_PATH, QStringList{drive()} << options);
-    }
-
-private:
-    QTemporaryDir root_;
-};
-
-// One installation of `lists` lists and `catalogues` catalogues: its tables before and after an
-// uninterrupted run.
-class KillTest : public ::testing::Test {
+// An installation whose old tables hold `lists` lists and `catalogues` catalogues.
+class ConvertListsTest : public ::testing::Test {
 protected:
-    void prepare(int lists, int catalogues, int codes) {
-        WriteOldPrixList(install.dataDir(), ManyLists(lists, codes));
-        WriteCataList(install.dataDir(), ManyCatalogues(catalogues, codes));
-        oldState = install.save(QStringLiteral("old"));
-        before = install.tables();
-        const ProgramRun run = install.convert();
-        ASSERT_EQ(run.status, 0) << QByteArray(run.out + run.err).constData();
-        after = install.tables();
-        convertedState = install.save(QStringLiteral("converted"));
-        install.restore(oldState);
+    void install(int lists, int catalogues, int codes) {
+        WriteBytes(drive() + "PRG/MENU.EXE", {});
+        QDir().mkpath(dataDir());
+        WriteOldPrixList(dataDir(), ManyLists(lists, codes));
+        WriteCataList(dataDir(), ManyCatalogues(catalogues, codes));
+    }
+    QString drive() const { return root.path() + u'/'; }
+    QString dataDir() const { return drive() + "NVNV/"; }
+    static ProgramRun convertlists(const QStringList& arguments) {
+        return RunProgram(CONVERTLISTS_PATH, arguments, 120000);
     }
 
-    // PRIXLIST opens and is one of the tables it may be; CATALIST goes with a complete table.
-    void expectOneOf(const QList<const Tables*>& allowed, const std::string& when) {
-        SCOPED_TRACE(when);
-        const Tables now = install.tables();
-        for (const Tables* tables : allowed) {
-            if (now.prixList != tables->prixList)
-                continue;
-            if (tables != &before) {
-                EXPECT_EQ(firstDifference(now.usedCodes, tables->usedCodes), "");
-            }
-            return;
+    // The tables before and after an uninterrupted run, the files of each saved in a folder.
+    // The run shows its progress; a second run leaves the converted table as it is.
+    void prepare(int lists, int catalogues, int codes) {
+        install(lists, catalogues, codes);
+        copyFiles(dataDir(), oldState);
+        before = TableRows(dataDir(), "PRIXLIST");
+        const ProgramRun first = convertlists({drive()});
+        ASSERT_EQ(first.status, 0) << first.err.constData();
+        EXPECT_THAT(first.err.toStdString(), HasSubstr("Chargement en cours......100%"));
+        EXPECT_THAT(first.err.toStdString(), HasSubstr("Conversion terminée."));
+        after = tables();
+        copyFiles(dataDir(), convertedState);
+        const QDateTime written = QFileInfo(dataDir() + "PRIXLIST.DBF").lastModified();
+        EXPECT_THAT(convertlists({drive()}).out.toStdString(), HasSubstr("already converted"));
+        EXPECT_EQ(QFileInfo(dataDir() + "PRIXLIST.DBF").lastModified(), written);
+        copyFiles(oldState, dataDir());
+    }
+    // PRIXLIST's rows, then the categories in use of CATALIST.
+    QStringList tables() const { return TableRows(dataDir(), "PRIXLIST") + UsedCodes(dataDir()); }
+    // The child stops after the file step `step` (0: it does not); `by` is "fail" or "die".
+    ProgramRun stopAfter(int step, const char* by, const QStringList& options = {}) const {
+        const QStringList arguments{QString::number(step), by, drive()};
+        return RunProgram(CONVERT_CHILD_PATH, arguments + options, 120000);
+    }
+
+    // PRIXLIST is the old table, or the new one with CATALIST's categories of the new one.
+    void expectOldOrNew() {
+        if (TableRows(dataDir(), "PRIXLIST") != before) {
+            EXPECT_EQ(FirstDifference(tables(), after), "");
         }
-        ADD_FAILURE() << "PRIXLIST is neither table: "
-                      << firstDifference(now.prixList, allowed.back()->prixList);
     }
     // The next run finishes or redoes the conversion, and leaves no work table.
-    void expectNextRunGives(const Tables& expected, const std::string& when) {
-        SCOPED_TRACE(when);
-        const ProgramRun run = install.convert();
-        ASSERT_EQ(run.status, 0) << QByteArray(run.out + run.err).constData();
-        const Tables now = install.tables();
-        EXPECT_EQ(firstDifference(now.prixList, expected.prixList), "");
-        EXPECT_EQ(firstDifference(now.usedCodes, expected.usedCodes), "");
-        const QStringList left =
-            QDir(install.dataDir()).entryList({"PRIXTEMP.*", "CATATEMP.*"}, QDir::Files);
-        EXPECT_TRUE(left.isEmpty()) << left.join(' ').toStdString();
-    }
-    int stepCount(const QStringList& options) {
-        const ProgramRun run =
-            runProgram(CONVERT_CHILD_PATH, QStringList{"--count", install.drive()} << options);
-        return run.out.mid(run.out.lastIndexOf("steps ") + 6).trimmed().toInt();
-    }
-    ProgramRun stopAfter(int step, const char* by, const QStringList& options = {}) {
-        return runProgram(
-            CONVERT_CHILD_PATH,
-            QStringList{"--stop-after", QString::number(step), "--by", by, install.drive()}
-                << options);
+    void expectNextRunGivesNew() {
+        const ProgramRun run = convertlists({drive()});
+        ASSERT_EQ(run.status, 0) << run.err.constData();
+        EXPECT_EQ(FirstDifference(tables(), after), "");
+        EXPECT_THAT(QDir(dataDir()).entryList({"PRIXTEMP.*", "CATATEMP.*"}, QDir::Files),
+                    ::testing::IsEmpty());
     }
 
-    Installation install;
-    QString oldState;
-    QString convertedState;
-    Tables before;
-    Tables after;
+    QTemporaryDir root;
+    const QString oldState = root.filePath("old/");
+    const QString convertedState = root.filePath("converted/");
+    QStringList before; // PRIXLIST
+    QStringList after;  // PRIXLIST and the categories
 };
+using KillTest = ConvertListsTest;
 
 } // namespace
 
-TEST_F(KillTest, AFailureOrAnEndAfterEachFileStepLosesNothing) {
-    prepare(120, 10, 12);
-    const int steps = stepCount({});
-    install.restore(oldState);
-    ASSERT_GE(steps, 8 + 8); // the file steps and one per activated catalogue
-    for (const char* by : {"fail", "die"}) {
-        for (int step = 1; step <= steps; ++step) {
-            const std::string when = std::string(by) + " after file step " + std::to_string(step);
-            install.restore(oldState);
-            const ProgramRun run = stopAfter(step, by);
-            EXPECT_EQ(run.status, std::string(by) == "fail" ? 1 : 3) << when;
-            expectOneOf({&before, &after}, when);
-            expectNextRunGives(after, when);
-        }
+TEST_F(ConvertListsTest, BadArgumentsOrAFolderThatIsNoInstallationWriteNothing) {
+    install(30, 5, 4);
+    const QStringList files = QDir(dataDir()).entryList(QDir::Files);
+    const QStringList prixList = TableRows(dataDir(), "PRIXLIST");
+    for (const QStringList& arguments :
+         {QStringList{}, QStringList{drive(), "--quick"}, QStringList{drive(), drive()},
+          QStringList{dataDir()}, QStringList{root.path() + "/missing"}}) {
+        const ProgramRun result = convertlists(arguments);
+        EXPECT_EQ(result.status, 2) << arguments.join(' ').toStdString();
+        EXPECT_THAT(result.err.toStdString(), HasSubstr("usage: convertlists DRIVE"));
     }
+    EXPECT_EQ(QDir(dataDir()).entryList(QDir::Files), files);
+    EXPECT_EQ(FirstDifference(TableRows(dataDir(), "PRIXLIST"), prixList), "");
+
+    EXPECT_THAT(convertlists({"--help"}).out.toStdString(), HasSubstr("--force"));
+    EXPECT_THAT(convertlists({"--version"}).out.toStdString(), HasSubstr("convertlists "));
 }
 
-// The rebuild of the "Convert" command line, then the conversion again: PRIXLIST is the converted
-// table, its 45-field form or the table converted again.
-TEST_F(KillTest, AStoppedRebuildLosesNothing) {
+// The conversion, and the rebuild of the "Convert" command line followed by the conversion,
+// with their messages in English.
+TEST_F(KillTest, AFailureOrAnEndAfterEachFileStepLosesNothing) {
     prepare(120, 10, 12);
-    install.restore(convertedState);
-    ASSERT_EQ(install.convert({"--force"}).status, 0);
-    const Tables again = install.tables();
-    install.restore(convertedState);
-    const int steps = stepCount({"--force"});
-    for (int step = 1; step <= steps; ++step) {
-        const std::string when = "rebuild stopped after file step " + std::to_string(step);
-        install.restore(convertedState);
-        EXPECT_EQ(stopAfter(step, "die", {"--force"}).status, 3) << when;
-        expectOneOf({&before, &after, &again}, when);
-        const ProgramRun run = install.convert();
-        ASSERT_EQ(run.status, 0) << QByteArray(run.out + run.err).constData();
-        expectOneOf({&after, &again}, when);
+    struct Run {
+        const char* by;
+        QString start;
+        QStringList options;
+    };
+    for (const Run& run :
+         {Run{"fail", oldState, {"--english"}}, Run{"die", oldState, {"--english"}},
+          Run{"die", convertedState, {"--force", "--english"}}}) {
+        copyFiles(run.start, dataDir());
+        const ProgramRun whole = stopAfter(0, run.by, run.options);
+        EXPECT_THAT(whole.err.toStdString(), HasSubstr("Conversion complete."));
+        const int steps = whole.out.mid(whole.out.lastIndexOf("steps ") + 6).trimmed().toInt();
+        ASSERT_GE(steps, 8 + 8); // the file steps and one per activated catalogue
+        for (int step = 1; step <= steps; ++step) {
+            SCOPED_TRACE(std::string(run.by) + " after file step " + std::to_string(step) + " " +
+                         run.options.join(' ').toStdString());
+            copyFiles(run.start, dataDir());
+            const ProgramRun stopped = stopAfter(step, run.by, run.options);
+            if (run.by == std::string("fail")) {
+                EXPECT_EQ(stopped.status, 1);
+                EXPECT_THAT(stopped.err.toStdString(), HasSubstr("errConvert: "));
+            } else {
+                EXPECT_EQ(stopped.status, 3);
+            }
+            expectOldOrNew();
+            expectNextRunGivesNew();
+        }
     }
 }
 
@@ -179,7 +148,7 @@ TEST_F(KillTest, AKillAtFiftyRandomMomentsLosesNothing) {
     prepare(400, 16, 24);
     QElapsedTimer clock;
     clock.start();
-    ASSERT_EQ(install.convert().status, 0);
+    ASSERT_EQ(convertlists({drive()}).status, 0);
     const qint64 duration = clock.elapsed();
     const unsigned seed = std::random_device{}();
     SCOPED_TRACE("seed " + std::to_string(seed));
@@ -187,10 +156,11 @@ TEST_F(KillTest, AKillAtFiftyRandomMomentsLosesNothing) {
     std::uniform_int_distribution<qint64> moment(0, duration);
     int killedRunning = 0;
     for (int kill = 0; kill < 50; ++kill) {
-        install.restore(oldState);
+        copyFiles(oldState, dataDir());
         const qint64 at = moment(random);
+        SCOPED_TRACE("killed after " + std::to_string(at) + " ms of " + std::to_string(duration));
         QProcess child;
-        child.start(CONVERTLISTS_PATH, {install.drive()});
+        child.start(CONVERTLISTS_PATH, {drive()});
         ASSERT_TRUE(child.waitForStarted());
         QThread::msleep(static_cast<unsigned long>(at));
         if (child.state() == QProcess::Running) {
@@ -198,10 +168,8 @@ TEST_F(KillTest, AKillAtFiftyRandomMomentsLosesNothing) {
             child.kill();
         }
         child.waitForFinished();
-        const std::string when =
-            "killed after " + std::to_string(at) + " ms of " + std::to_string(duration);
-        expectOneOf({&before, &after}, when);
-        expectNextRunGives(after, when);
+        expectOldOrNew();
+        expectNextRunGivesNew();
     }
     EXPECT_GE(killedRunning, 25);
 }

@@ -1,9 +1,6 @@
 #include "oldtables.h"
 #include "demotables.h"
 
-
-#include "dbase/connection.h"
-#include "dbase/recordset.h"
 #include "dbase/tablewriter.h"
 
 #include <QDate>
@@ -11,45 +8,31 @@
 
 namespace {
 
-QVariantList oldListRow(const OldList& list, int i) {
-    const QDate day = QDate(2024, 1, 1).addDays(i % 700);
-    QVariantList row = {list.utiliser,
-                        list.desc.isEmpty() ? list.fichier : list.desc,
-                        list.fichier,
-                        day,
-                        day.addDays(30),
-                        list.codeGro.isEmpty() ? QVariant() : QVariant(list.codeGro),
-                        i % 3 == 0,
-                        QStringLiteral("NV%1").arg(i % 10),
-                        QStringLiteral("U%1").arg(i % 7),
-                        QStringLiteral("K%1").arg(i % 5),
-                        QStringLiteral("P%1").arg(i % 4),
-                        double(1 + i % 3),
-                        12.5,
-                        1.25 + i % 9,
-                        2.5,
-                        QVariant(),
-                        QStringLiteral("%1").arg(1 + i % 13, 2, 10, QLatin1Char('0')),
-                        true,
-                        i % 2 == 0,
-                        false,
-                        QStringLiteral("SUPPLIER %1").arg(i)};
-    for (int n = 1; n <= 10; ++n)
-        row << QStringLiteral("SG%1-%2").arg(n).arg(i % 100) << double(n) + 0.5;
-    row << day.addDays(-10) << (i % 4 == 0) << false << QStringLiteral("MAT%1").arg(i % 50);
-    return row;
-}
-
 QVariant nullable(const QString& value) {
     return value.isEmpty() ? QVariant() : QVariant(value);
 }
 
-QString cellText(const QVariant& value) {
-    if (value.isNull())
-        return QStringLiteral("<null>");
-    if (value.typeId() == QMetaType::QDate)
-        return value.toDate().toString(Qt::ISODate);
-    return value.toString();
+// A value of the field's own in the row i.
+QVariant ownValue(const FieldDef& field, int index, int i) {
+    switch (field.type) {
+    case 'D':
+        return QDate(2024, 1, 1).addDays((i + index * 40) % 700);
+    case 'L':
+        return (i + index) % 3 == 0;
+    case 'N':
+        return double((i + index) % 10);
+    default:
+        return QStringLiteral("%1-%2").arg(index).arg(i).left(field.length);
+    }
+}
+
+QVariantList oldListRow(const QList<FieldDef>& fields, const OldList& list, int i) {
+    QVariantList row = {list.utiliser, list.desc.isEmpty() ? list.fichier : list.desc,
+                        list.fichier};
+    for (int f = int(row.size()); f < fields.size(); ++f)
+        row << ownValue(fields[f], f, i);
+    row[5] = nullable(list.codeGro); // CODEGRO
+    return row;
 }
 
 QString codeOf(int i) {
@@ -62,7 +45,7 @@ void WriteOldPrixList(const QString& dataDir, const QList<OldList>& lists) {
     NewTable table;
     table.fields = PrixListFields(false);
     for (int i = 0; i < lists.size(); ++i)
-        table.rows << oldListRow(lists[i], i);
+        table.rows << oldListRow(table.fields, lists[i], i);
     writeNewTable(dataDir + QStringLiteral("PRIXLIST.DBF"), table);
 }
 
@@ -71,17 +54,14 @@ void WriteCataList(const QString& dataDir, const QList<Catalogue>& catalogues) {
     table.fields = {FieldDef::text("FICHIER", 8), FieldDef::text("DESC", 40),
                     FieldDef::logical("UTILISER"), FieldDef::date("DATESTK"),
                     FieldDef::date("DATEEFF")};
-    for (const char* family : {"GR", "GRD", "GRL"})
+    for (const char* family : {"GR", "GRL"})
         for (int n = 1; n <= 9; ++n)
-            table.fields << FieldDef::text(QLatin1String(family) + QString::number(n),
-                                           family[2] == 'D' ? 30 : 4);
+            table.fields << FieldDef::text(QLatin1String(family) + QString::number(n), 4);
     for (const Catalogue& c : catalogues) {
         QVariantList row = {c.fichier, c.desc.isEmpty() ? c.fichier : c.desc, c.utiliser,
                             QDate(2025, 6, 1), QDate(2025, 7, 1)};
         for (const QString& code : c.gr)
             row << nullable(code);
-        for (int n = 1; n <= 9; ++n)
-            row << (c.gr[n - 1].isEmpty() ? QVariant() : QVariant(QStringLiteral("Category")));
         for (const QString& code : c.grl)
             row << nullable(code);
         table.rows << row;
@@ -100,7 +80,7 @@ QList<OldList> ManyLists(int count, int codes) {
 QList<Catalogue> ManyCatalogues(int count, int codes) {
     QList<Catalogue> catalogues;
     for (int i = 0; i < count; ++i) {
-        Catalogue c(QStringLiteral("C%1").arg(i, 4, 10, QLatin1Char('0')), i % 6 != 0);
+        Catalogue c{QStringLiteral("C%1").arg(i, 4, 10, QLatin1Char('0')), i % 6 != 0};
         for (int n = 0; n < 9; ++n) {
             if ((i + n) % 4 == 3)
                 continue;                                    // an unused category
@@ -113,42 +93,13 @@ QList<Catalogue> ManyCatalogues(int count, int codes) {
     return catalogues;
 }
 
-QStringList TableText(Connection& data, const QString& table) {
-    Recordset rs;
-    rs.open(table, data, CursorType::Static, LockType::ReadOnly);
-    QStringList lines;
-    QStringList names;
-    for (int i = 0; i < rs.fieldCount(); ++i)
-        names << rs.fieldName(i);
-    lines << names.join(u'|');
-    for (; !rs.eof(); rs.moveNext()) {
-        QStringList cells;
-        for (int i = 0; i < rs.fieldCount(); ++i)
-            cells << cellText(rs.value(i));
-        lines << cells.join(u'|');
-    }
-    return lines;
-}
-
-QStringList CatnoByList(Connection& data) {
-    Recordset rs;
-    rs.open(QStringLiteral("SELECT FICHIER, CATNO FROM PRIXLIST"), data, CursorType::Static,
-            LockType::ReadOnly);
-    QStringList lines;
-    for (; !rs.eof(); rs.moveNext())
-        lines << rs.value(0).toString() + u'=' + rs.value(1).toString();
-    return lines;
-}
-
-QStringList UsedCodes(Connection& data) {
-    Recordset rs;
-    rs.open(QStringLiteral("CATALIST"), data, CursorType::Static, LockType::ReadOnly);
-    QStringList lines;
-    for (; !rs.eof(); rs.moveNext()) {
-        QStringList codes;
-        for (int n = 1; n <= 9; ++n)
-            codes << rs.value(QStringLiteral("GRL%1").arg(n)).toString();
-        lines << rs.value(QStringLiteral("FICHIER")).toString() + u'=' + codes.join(u',');
-    }
-    return lines;
+std::string FirstDifference(const QStringList& a, const QStringList& b) {
+    const QString none = QStringLiteral("<none>");
+    for (qsizetype i = 0; i < std::max(a.size(), b.size()); ++i)
+        if (a.value(i, none) != b.value(i, none))
+            return QStringLiteral("line %1: %2 / %3")
+                .arg(i)
+                .arg(a.value(i, none), b.value(i, none))
+                .toStdString();
+    return {};
 }

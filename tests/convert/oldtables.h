@@ -3,37 +3,24 @@
 // Data directories as the conversion finds them: PRIXLIST in its 45-field form and CATALIST
 // with the catalogues' categories, written with the engine's table writer.
 
-#include "app/prompts.h"
+#include "testfiles.h"
 
-#include <QList>
-#include <QString>
-#include <QStringList>
 #include <array>
-
-class Connection;
-class ScriptedPrompter;
+#include <string>
 
 struct OldList {
-    OldList(const char* fichier, const char* codeGro, bool utiliser = true)
-        : fichier(QString::fromLatin1(fichier)), codeGro(QString::fromLatin1(codeGro)),
-          utiliser(utiliser) {}
-    OldList(QString fichier, QString codeGro, bool utiliser, QString desc)
-        : fichier(std::move(fichier)), codeGro(std::move(codeGro)), utiliser(utiliser),
-          desc(std::move(desc)) {}
     QString fichier;
     QString codeGro;
     bool utiliser = true;
-    QString desc; // the file code when empty
+    QString desc = {}; // the file code when empty
 };
 
 struct Catalogue {
-    explicit Catalogue(QString fichier, bool utiliser = true)
-        : fichier(std::move(fichier)), utiliser(utiliser) {}
     QString fichier;
     bool utiliser = true;
-    std::array<QString, 9> gr{};  // suggested codes; empty is Null
-    std::array<QString, 9> grl{}; // codes in use; empty is Null
-    QString desc;                 // the file code when empty
+    std::array<QString, 9> gr{};  // GR1..GR9, the suggested codes; empty is Null
+    std::array<QString, 9> grl{}; // GRL1..GRL9, the codes in use; empty is Null
+    QString desc = {};            // the file code when empty
 };
 
 // PRIXLIST with its 45 old fields; the fields the conversion only copies hold values of their
@@ -46,16 +33,15 @@ void WriteCataList(const QString& dataDir, const QList<Catalogue>& catalogues);
 QList<OldList> ManyLists(int count, int codes);
 QList<Catalogue> ManyCatalogues(int count, int codes);
 
-// Every row of a table as text (fields separated by '|', Null as "<null>"), in file order,
-// with the field names first: what a comparison of two tables looks at.
-QStringList TableText(Connection& data, const QString& table);
+// CATNO of each list, by FICHIER ("A01|C1;C2;").
+inline QStringList CatnoByList(const QString& dataDir) {
+    return TableRows(dataDir, QStringLiteral("SELECT FICHIER, CATNO FROM PRIXLIST"));
+}
+// GRL1..GRL9 of each catalogue ("C1|AB||...").
+inline QStringList UsedCodes(const QString& dataDir) {
+    return TableRows(dataDir, QStringLiteral("SELECT FICHIER, GRL1, GRL2, GRL3, GRL4, GRL5, GRL6, "
+                                             "GRL7, GRL8, GRL9 FROM CATALIST"));
+}
 
-// CATNO of each list, by FICHIER ("A01=C1;C2;").
-QStringList CatnoByList(Connection& data);
-// GRL1..GRL9 of each catalogue ("C1=AB,,,...").
-QStringList UsedCodes(Connection& data);
-
-// The questions of a conversion at start-up: 1080 answered, then 1081 (done) or 1082 (ended).
-void ExpectConversion(ScriptedPrompter& prompts, Answer answer);
-// The notice of a forced rebuild, 1133.
-void ExpectRebuild(ScriptedPrompter& prompts);
+// The first line where two tables differ, or an empty text when they are the same.
+std::string FirstDifference(const QStringList& a, const QStringList& b);

@@ -10,95 +10,76 @@
 #include "app/version.h"
 
 #include <QTemporaryDir>
-#include <memory>
+#include <QVersionNumber>
 
-namespace {
-
-class DemoContentTest : public ServiceInstallTest {
-protected:
-    void SetUp() override {
-        ServiceInstallTest::SetUp();
-        ASSERT_TRUE(content.isValid());
-        writeDemoContent(content.path(), install.drive(), today);
-        server = std::make_unique<UpdateServer>(ServerContent(content.path()), ServerFaults{});
-        ASSERT_TRUE(server->start(0));
-        session = std::make_unique<ServerConversation>(server->port());
-        ASSERT_EQ(session->next(), "OKOKO");
-    }
-
-    // One file of the session, received into path; false when the server refused it.
-    bool download(const QByteArray& request, const QByteArray& acknowledgement,
-                  const QString& path) {
-        session->send(request);
-        const QByteArray announcement = session->next();
-        if (announcement.startsWith("ERROR"))
-            return false;
-        const qint64 size = announcement.mid(5).toLongLong();
-        session->send(acknowledgement);
-        QFile file(path);
-        return file.open(QIODevice::WriteOnly) && file.write(session->receive(size)) == size;
-    }
-
-    QString programCode(const QString& field) const {
-        return TableRows(prg(), "SELECT " + field + " FROM NVAPPEL").value(0);
-    }
-
-    QTemporaryDir content;
-    std::unique_ptr<UpdateServer> server;
-    std::unique_ptr<ServerConversation> session;
-};
-
-int versionValue(const QByteArray& version) {
-    const QList<QByteArray> parts = version.split('.');
-    return parts.value(0).toInt() * 365 + parts.value(1).toInt() * 31 + parts.value(2).toInt();
-}
-
-} // namespace
+using DemoContentTest = ServiceInstallTest;
 
 TEST_F(DemoContentTest, EveryDownloadOfTheDemoChangesWhatTheWindowShows) {
-    EXPECT_TRUE(download("BATI3", "ENVOIBATI3", prg() + "NVBATI.DAT"));
+    QTemporaryDir content;
+    writeDemoContent(content.path(), install.drive(), today);
+    UpdateServer server(ServerContent(content.path()), ServerFaults{});
+    ASSERT_TRUE(server.start(0));
+    ServerConversation session(server.port());
+    ASSERT_EQ(session.next(), "OKOKO");
+    // One file of the session, received into path; false when the server refused it.
+    const auto download = [&session](const QByteArray& request, const QString& path,
+                                     const QByteArray& acknowledgement = {}) {
+        const QByteArray announcement =
+            session.ask(request, acknowledgement.isEmpty() ? "ENVOI" + request : acknowledgement);
+        const qint64 size = announcement.mid(5).toLongLong();
+        QFile file(path);
+        return !announcement.startsWith("ERROR") && file.open(QIODevice::WriteOnly) &&
+               file.write(session.receive(size)) == size;
+    };
+    const auto programCode = [this](const char* field) {
+        return TableRows(prg(), QStringLiteral("SELECT %1 FROM NVAPPEL").arg(field)).value(0);
+    };
 
-    session->send("VERSI2004.3.2");
-    const QList<QByteArray> offered = session->next().mid(5).split(';');
+    EXPECT_TRUE(download("BATI3", prg() + "NVBATI.DAT"));
+
+    const QList<QByteArray> offered = session.ask("VERSI2004.3.2").mid(5).split(';');
     ASSERT_EQ(offered.size(), 3);
     EXPECT_EQ(offered[0], DemoPartdexOffered.toLatin1());
     EXPECT_EQ(offered[1], DemoLedgermakerOffered.toLatin1());
     const ProgramVersion own = CurrentVersion();
-    EXPECT_GT(versionValue(offered[2]), own.major * 365 + own.minor * 31 + own.revision);
-    EXPECT_TRUE(download("UPDA2", "ENVOIUPDAT", install.programDir() + "/UPDATE.EXE"));
+    EXPECT_GT(QVersionNumber::fromString(QString::fromLatin1(offered[2])),
+              QVersionNumber(own.major, own.minor, own.revision));
+    EXPECT_TRUE(download("UPDA2", install.programDir() + "/UPDATE.EXE", "ENVOIUPDAT"));
 
     const ItemRow list = toUpdate("PRIXLIST");
-    ASSERT_TRUE(download("LISTE" + list.fichier.toLatin1(), "ENVOILISTE" + list.fichier.toLatin1(),
-                         prg() + "NVLISTE.ARJ"));
+    ASSERT_TRUE(download("LISTE" + list.fichier.toLatin1(), prg() + "NVLISTE.ARJ"));
     EXPECT_EQ(run({"5", "1", QString::number(list.position)}), 0);
-    EXPECT_EQ(rows("PRIXLIST")[list.position - 1].dateStk, list.dateEff);
 
     const ItemRow catalogue = toUpdate("CATALIST");
     const QByteArray code = catalogue.fichier.toLatin1();
-    ASSERT_TRUE(download("CAT  " + code, "ENVOICAT  " + code, prg() + "NVCAT.ARJ"));
-    ASSERT_TRUE(download("CATA " + code, "ENVOICATA " + code, prg() + "NVCATA.ARJ"));
+    ASSERT_TRUE(download("CAT  " + code, prg() + "NVCAT.ARJ"));
+    EXPECT_EQ(run({"9", "1", QString::number(catalogue.position)}),
+              1); // its second file is missing
+    EXPECT_EQ(rows("CATALIST")[catalogue.position - 1].dateStk, catalogue.dateStk);
+    ASSERT_TRUE(download("CATA " + code, prg() + "NVCATA.ARJ"));
     EXPECT_EQ(run({"9", "1", QString::number(catalogue.position)}), 0);
     EXPECT_EQ(rows("CATALIST")[catalogue.position - 1].dateStk, catalogue.dateEff);
+    EXPECT_TRUE(QFile::exists(data() + catalogue.fichier + ".IDX"));
+    EXPECT_TRUE(QFile::exists(data() + catalogue.fichier + ".CAT"));
 
     const qsizetype newsletters = subjects().size();
-    ASSERT_TRUE(download("NVINFNVCOM", "ENVOINVINF", data() + "NVINFO.ARJ"));
+    ASSERT_TRUE(download("NVINFNVCOM", data() + "NVINFO.ARJ", "ENVOINVINF"));
     EXPECT_EQ(run({"8", "1"}), 0);
     EXPECT_EQ(subjects().size(), newsletters + 3);
     EXPECT_TRUE(subjects().contains("Nouvelles bougies d'allumage"));
 
     // A package for each program code, whichever installation kind asks.
-    for (const char* field : {"P_2", "P_7"})
-        EXPECT_TRUE(QFile::exists(
-            content.filePath("partdex/" + programCode(QString::fromLatin1(field)) + ".ARJ")));
-    for (const char* field : {"P_3", "P_8"})
-        EXPECT_TRUE(QFile::exists(
-            content.filePath("ledgermaker/" + programCode(QString::fromLatin1(field)) + ".ARJ")));
+    for (const auto& [folder, field] : {std::pair{"partdex/", "P_2"},
+                                        {"partdex/", "P_7"},
+                                        {"ledgermaker/", "P_3"},
+                                        {"ledgermaker/", "P_8"}})
+        EXPECT_TRUE(QFile::exists(content.filePath(folder + programCode(field) + ".ARJ"))) << field;
     const QByteArray partdex = programCode("P_2").toLatin1();
     const QByteArray ledgermaker = programCode("P_3").toLatin1();
-    ASSERT_TRUE(download("PARTD" + partdex, "ENVOIPARTD" + partdex, data() + "PARTVERS.ARJ"));
+    ASSERT_TRUE(download("PARTD" + partdex, data() + "PARTVERS.ARJ"));
     EXPECT_EQ(run({"6", "1"}), 0);
-    ASSERT_TRUE(
-        download("LEDGM" + ledgermaker, "ENVOILEDGM" + ledgermaker, data() + "LEDGVERS.ARJ"));
+    EXPECT_TRUE(QFile::exists(prg() + partdex + ".TXT"));
+    ASSERT_TRUE(download("LEDGM" + ledgermaker, data() + "LEDGVERS.ARJ"));
     EXPECT_EQ(run({"7", "1"}), 0);
     EXPECT_EQ(versions(), QStringList({DemoPartdexOffered, DemoLedgermakerOffered}));
 }

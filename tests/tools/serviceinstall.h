@@ -5,9 +5,6 @@
 #include "support/tempinstall.h"
 #include "support/testfiles.h"
 
-#include "dbase/connection.h"
-#include "dbase/recordset.h"
-
 #include <QDir>
 #include <QFile>
 #include <gtest/gtest.h>
@@ -15,8 +12,8 @@
 struct ItemRow {
     int position = 0; // 1-based, table order
     QString fichier;
-    QVariant dateEff;
-    QVariant dateStk;
+    QString dateEff; // yyyy-MM-dd, empty when Null
+    QString dateStk;
 };
 
 // A temporary installation with the demo tables and the stand-in service program in its data
@@ -43,37 +40,33 @@ protected:
 
     // Every row of a table: position, FICHIER and the two dates.
     QList<ItemRow> rows(const QString& table) const {
-        Connection connection;
-        connection.open(data());
-        Recordset rs;
-        rs.open(table, connection, CursorType::Static, LockType::ReadOnly);
         QList<ItemRow> all;
-        for (rs.moveFirst(); !rs.eof(); rs.moveNext())
-            all << ItemRow{rs.absolutePosition(), rs.value("FICHIER").toString(),
-                           rs.value("DATEEFF"), rs.value("DATESTK")};
+        for (const QString& row :
+             TableRows(data(), "SELECT FICHIER, DATEEFF, DATESTK FROM " + table)) {
+            const QStringList cells = row.split(u'|');
+            all << ItemRow{int(all.size()) + 1, cells[0], cells[1], cells[2]};
+        }
         return all;
+    }
+
+    // DATESTK of every row.
+    QStringList stockDates(const QString& table) const {
+        return TableRows(data(), "SELECT DATESTK FROM " + table);
     }
 
     // The first activated row whose dates differ.
     ItemRow toUpdate(const QString& table) const {
         for (const ItemRow& row : rows(table))
-            if (row.dateStk != row.dateEff && row.dateEff.toDate() <= today &&
-                !row.dateEff.isNull())
+            if (row.dateStk != row.dateEff && !row.dateEff.isEmpty() &&
+                row.dateEff <= today.toString(Qt::ISODate))
                 return row;
         ADD_FAILURE() << "no row to update in " << table.toStdString();
         return {};
     }
 
-    QStringList versions() const {
-        return TableRows(prg(), QStringLiteral("SELECT NVVERSION FROM NVVERS"));
-    }
-    QStringList subjects() const {
-        return TableRows(info(), QStringLiteral("SELECT SUJET FROM NVINDEX"));
-    }
+    QStringList versions() const { return TableRows(prg(), "SELECT NVVERSION FROM NVVERS"); }
+    QStringList subjects() const { return TableRows(info(), "SELECT SUJET FROM NVINDEX"); }
 
-    static ArchiveMember member(const QString& name, const QByteArray& content) {
-        return {name, content};
-    }
     static QByteArray manifest(const QString& fichier, const QByteArray& extra = {}) {
         return "FICHIER=" + fichier.toLatin1() + "\r\n" + extra;
     }
