@@ -103,10 +103,30 @@ TEST_F(WindowLayout, AltShiftArrowsMoveTheSplittersAndTheLayoutIsSavedAndPutBack
                 moved.splitter[HorizontalBar].top, 1);
 }
 
-// A command pressed while the configuration pane holds unsaved changes saves them (the
-// question) instead of acting; the next press acts. Mouse, keyboard and screen reader alike.
-TEST_F(WindowLayout, APressWithUnsavedChangesSavesThemInsteadOfRunningTheCommand) {
+// The strip's buttons run their commands by mouse, keyboard and screen reader and give the
+// focus back to the list tree. A press while the configuration pane holds unsaved changes saves
+// them (the question) instead of acting; the next press acts.
+TEST_F(WindowLayout, TheButtonsRunTheirCommandsOnceUnsavedChangesAreSaved) {
     loadActive();
+    const QString selectPrompt = LoadText(135) + "\n" + LoadText(136);
+    MenuPicture* select = main->Picture1->picMenu[0];
+    {
+        ScriptedPrompter prompts;
+        prompts.expectInput(selectPrompt, "*");
+        QTest::mouseClick(select, Qt::LeftButton);
+    }
+    const int shown = main->listPane->tvwList[0]->nodeCount();
+    ASSERT_GT(shown, 0);
+    EXPECT_EQ(main->listState.ListMarks.selectedCount(), shown) << "every activated list";
+    EXPECT_TRUE(main->listPane->tvwList[0]->hasFocus()) << "the list tree gets the focus back";
+    select->setFocus();
+    {
+        ScriptedPrompter prompts;
+        prompts.expectInput(selectPrompt, "");
+        QTest::keyClick(select, Qt::Key_Space);
+    }
+    EXPECT_EQ(main->listState.ListMarks.selectedCount(), 0);
+
     main->tbsInfo->setCurrentIndex(1);
     ConfigField* supplier = main->configPane->txtConfig[PrixField::Fournis];
     MenuPicture* modify = main->Picture1->picMenu[2];
@@ -114,12 +134,6 @@ TEST_F(WindowLayout, APressWithUnsavedChangesSavesThemInsteadOfRunningTheCommand
     QAccessibleActionInterface* reader =
         QAccessible::queryAccessibleInterface(options)->actionInterface();
     ASSERT_NE(reader, nullptr);
-    const auto key = [&](Qt::Key k) {
-        return [&, k] {
-            options->setFocus();
-            QTest::keyClick(options, k);
-        };
-    };
     const struct {
         const char* how;
         MenuPicture* button;
@@ -127,8 +141,6 @@ TEST_F(WindowLayout, APressWithUnsavedChangesSavesThemInsteadOfRunningTheCommand
         const char* dialog;
     } presses[] = {
         {"mouse", modify, [&] { QTest::mouseClick(modify, Qt::LeftButton); }, "frmStock"},
-        {"Space", options, key(Qt::Key_Space), "frmOptions"},
-        {"Return", options, key(Qt::Key_Return), "frmOptions"},
         {"screen reader", options,
          [&] { reader->doAction(QAccessibleActionInterface::pressAction()); }, "frmOptions"},
     };
@@ -148,9 +160,16 @@ TEST_F(WindowLayout, APressWithUnsavedChangesSavesThemInsteadOfRunningTheCommand
 
         EXPECT_EQ(dialogOpenedBy(p.press), QString::fromLatin1(p.dialog));
         EXPECT_EQ(main->tbsInfo->currentIndex(), 3);
-        EXPECT_EQ(frame.focusWidget(), main->listPane->tvwList[main->listState.CurrentListTab])
-            << "the focus goes back to the list tree";
     }
+
+    // Activer, on the tab of lists not activated, with none of them ticked.
+    main->listPane->tbsList->setCurrentIndex(3);
+    MenuPicture* activate = main->Picture1->picMenu[1];
+    ASSERT_TRUE(activate->isVisible());
+    activate->setFocus();
+    ScriptedPrompter prompts;
+    prompts.expectMessage(LoadText(141));
+    QTest::keyClick(activate, Qt::Key_Return);
 }
 
 // A screen reader names the strip's buttons by their captions and the panes by their tabs, in
