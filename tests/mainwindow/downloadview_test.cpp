@@ -13,26 +13,12 @@
 #include "scriptedserver.h"
 
 #include <QCheckBox>
-#include <QDeadlineTimer>
 #include <QGroupBox>
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QProgressBar>
 #include <QPushButton>
 #include <QRegularExpression>
-
-namespace {
-
-void pumpWhile(const std::function<bool()>& condition) {
-    const QDeadlineTimer deadline(20000);
-    while (condition() && !deadline.hasExpired()) {
-        QEventLoop loop;
-        QTimer::singleShot(5, &loop, &QEventLoop::quit);
-        loop.exec();
-    }
-}
-
-} // namespace
 
 struct DownloadInBothLanguages : MainWindowOnDemoData, ::testing::WithParamInterface<qint16> {};
 INSTANTIATE_TEST_SUITE_P(Nations, DownloadInBothLanguages, ::testing::Values(1000, 2000));
@@ -95,7 +81,7 @@ TEST_P(DownloadInBothLanguages, StopMidListThenTheReportAndTheWindowGivenBack) {
     });
     watcher.start(10);
     main->downloadView->cmdOKClick();
-    pumpWhile([&] { return main->downloadView->session().running(); });
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !main->downloadView->session().running(); }, 20000));
     closer.stop();
 
     ASSERT_TRUE(stopped);
