@@ -109,38 +109,25 @@ TEST_F(WindowLayout, TheButtonsRunTheirCommandsOnceUnsavedChangesAreSaved) {
 
     main->tbsInfo->setCurrentIndex(1);
     ConfigField* supplier = main->configPane->txtConfig[PrixField::Fournis];
+    supplier->setFocus();
+    QTest::keyClicks(supplier, "ACME");
     MenuPicture* modify = main->Picture1->picMenu[2];
-    MenuPicture* options = main->Picture1->picMenu[3];
-    QAccessibleActionInterface* reader =
-        QAccessible::queryAccessibleInterface(options)->actionInterface();
-    ASSERT_NE(reader, nullptr);
-    const struct {
-        const char* how;
-        MenuPicture* button;
-        std::function<void()> press;
-        const char* dialog;
-    } presses[] = {
-        {"mouse", modify, [&] { QTest::mouseClick(modify, Qt::LeftButton); }, "frmStock"},
-        {"screen reader", options,
-         [&] { reader->doAction(QAccessibleActionInterface::pressAction()); }, "frmOptions"},
-    };
-    for (const auto& p : presses) {
-        SCOPED_TRACE(p.how);
-        supplier->setFocus();
-        QTest::keyClicks(supplier, "ACME");
-        const int tab = main->tbsInfo->currentIndex();
-        {
-            ScriptedPrompter prompts;
-            prompts.expectMessage(MessageCatalogue::text(1061), Answer::No);
-            EXPECT_EQ(dialogOpenedBy(p.press), QString());
-        }
-        EXPECT_EQ(main->tbsInfo->currentIndex(), tab) << "the command did not run";
-        EXPECT_FALSE(p.button->isPressed());
-        EXPECT_EQ(p.button->frameShape(), QFrame::NoFrame);
-
-        EXPECT_EQ(dialogOpenedBy(p.press), QString::fromLatin1(p.dialog));
-        EXPECT_EQ(main->tbsInfo->currentIndex(), 3);
+    const auto clickModify = [&] { QTest::mouseClick(modify, Qt::LeftButton); };
+    {
+        ScriptedPrompter prompts;
+        prompts.expectMessage(MessageCatalogue::text(1061), Answer::No);
+        EXPECT_EQ(dialogOpenedBy(clickModify), QString());
     }
+    EXPECT_EQ(main->tbsInfo->currentIndex(), 1) << "the command did not run";
+    EXPECT_FALSE(modify->isPressed());
+    EXPECT_EQ(modify->frameShape(), QFrame::NoFrame);
+    EXPECT_EQ(dialogOpenedBy(clickModify), QStringLiteral("frmStock"));
+    EXPECT_EQ(main->tbsInfo->currentIndex(), 3);
+    QAccessibleActionInterface* reader =
+        QAccessible::queryAccessibleInterface(main->Picture1->picMenu[3])->actionInterface();
+    ASSERT_NE(reader, nullptr);
+    EXPECT_EQ(dialogOpenedBy([&] { reader->doAction(QAccessibleActionInterface::pressAction()); }),
+              QStringLiteral("frmOptions"));
 
     // Activer, on the tab of lists not activated, with none of them ticked.
     main->listPane->tbsList->setCurrentIndex(3);

@@ -31,18 +31,14 @@ struct Panes {
     double edge(int bar) const {
         return bar == VerticalBar ? placed().splitter[bar].left : placed().splitter[bar].top;
     }
-    // Presses on the bar, moves its edge to `to` twips and drops it there.
-    void drag(int bar, double to) {
+    // Presses on the bar, moves its edge to `to` twips and drops it there unless `hold`.
+    void drag(int bar, double to, bool hold = false) {
         bars->MouseDown(bar, Qt::LeftButton, 40, 40);
-        move(bar, to);
-        bars->MouseUp(bar);
-    }
-    void move(int bar, double to) {
         const double by = to - edge(bar);
-        if (bar == VerticalBar)
-            bars->MouseMove(bar, Qt::LeftButton, by, 40);
-        else
-            bars->MouseMove(bar, Qt::LeftButton, 40, by);
+        bars->MouseMove(bar, Qt::LeftButton, bar == VerticalBar ? by : 40,
+                        bar == VerticalBar ? 40 : by);
+        if (!hold)
+            bars->MouseUp(bar);
     }
 };
 
@@ -89,8 +85,7 @@ TEST(SplitterDrops, ABarDroppedBeyondItsLimitsStopsThereAndThePanesFollowItAndTh
 
     // While the bar moves no limit applies and the panes wait for the drop.
     const QRect before = panes.pane[0]->geometry();
-    panes.bars->MouseDown(VerticalBar, Qt::LeftButton, 40, 40);
-    panes.move(VerticalBar, 100);
+    panes.drag(VerticalBar, 100, true);
     EXPECT_EQ(panes.bars->picSplitter[0]->x(), TwipsToPixels(100, 96));
     EXPECT_EQ(panes.pane[0]->geometry(), before);
     panes.bars->MouseUp(VerticalBar);
