@@ -1,21 +1,15 @@
 #include "app/messages.h"
 #include "app/panelayout.h"
-#include "comms/bulletinpage.h"
 #include "comms/downloadpage.h"
 #include "mainwindow/commandstrip.h"
 #include "mainwindow/downloadview.h"
-#include "partsfile/partsearchpane.h"
 #include "pricelists/configpane.h"
-#include "pricelists/keyedtree.h"
-#include "pricelists/pricelistsui.h"
-#include "pricelists/treeinteractions.h"
 #include "pricelists/treepanes.h"
 
 #include "mainwindowfixture.h"
 #include "scriptedprompter.h"
 
 #include <QCheckBox>
-#include <QComboBox>
 #include <QTcpServer>
 
 using MainWindowFixture = MainWindowOnDemoData;
@@ -131,32 +125,4 @@ TEST_F(MainWindowFixture, F5AsksOnceAboutPendingChangesAndNothingOtherwise) {
     }
     EXPECT_EQ(main->listState.ConfigDirty, Dirty::None);
     EXPECT_EQ(main->listState.ListMarks(0, 0), QStringLiteral("TICKED"));
-}
-
-// The load reads the newsletters before the trees; the panes tell the window what they show,
-// and the command strip and the part search follow.
-TEST_F(MainWindowFixture, TheCommandStripAndThePartSearchFollowTheTrees) {
-    main->Load();
-    EXPECT_GT(main->bulletinPage->cmbAnnonceur->count(), 0);
-    const CommandStrip& strip = *main->Picture1;
-    main->listPane->tbsList->setCurrentIndex(3);
-    EXPECT_FALSE(strip.picMenu[4]->isVisibleTo(main));
-    EXPECT_TRUE(strip.picMenu[1]->isVisibleTo(main));
-    EXPECT_EQ(strip.lblMenu[1]->text(), MessageCatalogue::text(1122));
-    main->listPane->tbsList->setCurrentIndex(0);
-    EXPECT_TRUE(strip.picMenu[4]->isVisibleTo(main));
-    EXPECT_EQ(strip.lblMenu[1]->text(), MessageCatalogue::text(1121));
-
-    KeyedTree& catalogues = *main->catPane->tvwCat[0];
-    QTreeWidgetItem* listUnderCatalogue = nullptr;
-    for (int i = 0; i < catalogues.topLevelItemCount() && !listUnderCatalogue; ++i)
-        listUnderCatalogue = catalogues.topLevelItem(i)->child(0);
-    ASSERT_NE(listUnderCatalogue, nullptr);
-    main->priceLists->interactions().tvwCatNodeClick(0, listUnderCatalogue);
-    EXPECT_TRUE(strip.picMenu[6]->isVisibleTo(main));
-    EXPECT_FALSE(strip.picMenu[5]->isVisibleTo(main));
-    EXPECT_EQ(strip.lblMenu[4]->text(), MessageCatalogue::text(1125));
-    const QString groupCode = rsPrixList.value(PrixField::CodeGro).toString().trimmed();
-    ASSERT_FALSE(groupCode.isEmpty());
-    EXPECT_TRUE(main->partSearchPane->lblRecherche->text().endsWith(groupCode));
 }

@@ -2,10 +2,14 @@
 // the mouse and a screen reader reach it. CTest runs this group again at twice the density.
 #include "app/messages.h"
 #include "app/settings.h"
+#include "comms/bulletinpage.h"
 #include "mainwindow/commandstrip.h"
 #include "mainwindow/splitterbars.h"
+#include "partsfile/partsearchpane.h"
 #include "pricelists/configpane.h"
 #include "pricelists/keyedtree.h"
+#include "pricelists/pricelistsui.h"
+#include "pricelists/treeinteractions.h"
 #include "pricelists/treepanes.h"
 
 #include "mainwindowfixture.h"
@@ -13,6 +17,7 @@
 
 #include <QAccessible>
 #include <QAccessibleActionInterface>
+#include <QComboBox>
 #include <QTabWidget>
 #include <QTest>
 #include <QTimer>
@@ -139,16 +144,35 @@ TEST_F(WindowLayout, TheButtonsRunTheirCommandsOnceUnsavedChangesAreSaved) {
     QTest::keyClick(activate, Qt::Key_Return);
 }
 
-// A screen reader names the strip's buttons by their captions and the panes by their tabs, in
-// the chosen language; the strip widens the captions for the longest one.
-TEST_F(WindowLayout, TheStripAndThePanesHaveNamesInTheChosenLanguage) {
+// The buttons that share a place on the strip follow the trees, each under its own caption and
+// named by it for a screen reader, as the panes are by their tabs, in the chosen language; the
+// strip widens the captions for the longest one. The part search follows the list shown.
+TEST_F(WindowLayout, TheStripFollowsTheTreesAndNamesItsButtonsAndThePanes) {
     main->Load();
+    EXPECT_GT(main->bulletinPage->cmbAnnonceur->count(), 0) << "the newsletters are read";
     const CommandStrip& strip = *main->Picture1;
     EXPECT_EQ(QAccessible::queryAccessibleInterface(strip.picMenu[0])->role(), QAccessible::Button);
-    // The buttons that share a place, each by its own caption.
-    EXPECT_EQ(accessibleName(strip.picMenu[1]), MessageCatalogue::text(1122));
-    EXPECT_EQ(accessibleName(strip.picMenu[4]), MessageCatalogue::text(1121));
-    EXPECT_EQ(accessibleName(strip.picMenu[6]), MessageCatalogue::text(1125));
+    const auto expectShown = [&](int shown, int hidden, int caption, int message) {
+        EXPECT_TRUE(strip.picMenu[shown]->isVisibleTo(main)) << shown;
+        EXPECT_FALSE(strip.picMenu[hidden]->isVisibleTo(main)) << hidden;
+        EXPECT_EQ(strip.lblMenu[caption]->text(), MessageCatalogue::text(message));
+        EXPECT_EQ(accessibleName(strip.picMenu[shown]), MessageCatalogue::text(message));
+    };
+    main->listPane->tbsList->setCurrentIndex(3);
+    expectShown(1, 4, 1, 1122);
+    main->listPane->tbsList->setCurrentIndex(0);
+    expectShown(4, 1, 1, 1121);
+    KeyedTree& catalogues = *main->catPane->tvwCat[0];
+    QTreeWidgetItem* listUnderCatalogue = nullptr;
+    for (int i = 0; i < catalogues.topLevelItemCount() && !listUnderCatalogue; ++i)
+        listUnderCatalogue = catalogues.topLevelItem(i)->child(0);
+    ASSERT_NE(listUnderCatalogue, nullptr);
+    main->priceLists->interactions().tvwCatNodeClick(0, listUnderCatalogue);
+    expectShown(6, 5, 4, 1125);
+    const QString groupCode = rsPrixList.value(PrixField::CodeGro).toString().trimmed();
+    ASSERT_FALSE(groupCode.isEmpty());
+    EXPECT_TRUE(main->partSearchPane->lblRecherche->text().endsWith(groupCode));
+
     for (const qint16 nation : {qint16(1000), qint16(2000)}) {
         SCOPED_TRACE(nation);
         App().Settings.Nation = nation;
