@@ -19,22 +19,16 @@ using MainWindowFixture = MainWindowOnDemoData;
 TEST_F(MainWindowFixture, ClosingSavesFirstThenAsksUnlessATransferRunsOrTheProgramMustQuit) {
     main->Load();
     BindConfig(true);
-    {
-        ScriptedPrompter prompts;
-        prompts.expectMessage(MessageCatalogue::text(1035), Buttons::YesNo, Icon::None, QString(),
-                              Answer::No);
-        EXPECT_FALSE(main->QueryUnload());
-        EXPECT_TRUE(ConfigBinding().isBound()) << "a refused close binds the pane again";
-    }
-    {
-        ScriptedPrompter prompts;
-        main->listState.ConfigDirty = Dirty::Pane;
-        prompts.expectMessage(MessageCatalogue::text(1061), Answer::No);
-        prompts.expectMessage(MessageCatalogue::text(1035), Answer::Yes);
-        EXPECT_TRUE(main->QueryUnload());
-        EXPECT_EQ(main->listState.ConfigDirty, Dirty::None);
-    }
     ScriptedPrompter prompts;
+    prompts.expectMessage(MessageCatalogue::text(1035), Buttons::YesNo, Icon::None, QString(),
+                          Answer::No);
+    EXPECT_FALSE(main->QueryUnload());
+    EXPECT_TRUE(ConfigBinding().isBound()) << "a refused close binds the pane again";
+    main->listState.ConfigDirty = Dirty::Pane;
+    prompts.expectMessage(MessageCatalogue::text(1061), Answer::No);
+    prompts.expectMessage(MessageCatalogue::text(1035), Answer::Yes);
+    EXPECT_TRUE(main->QueryUnload());
+    EXPECT_EQ(main->listState.ConfigDirty, Dirty::None);
     {
         QTcpServer server;
         server.listen(QHostAddress::LocalHost, 0);
@@ -109,20 +103,15 @@ TEST_F(MainWindowFixture, F5AsksOnceAboutPendingChangesAndNothingOtherwise) {
     main->listState.ListMarks(0, 0) = QStringLiteral("TICKED");
     ConfigField* supplier = main->configPane->txtConfig[PrixField::Fournis];
     supplier->setFocus();
-    {
-        ScriptedPrompter prompts; // nothing pending: no question
-        QTest::keyClick(frame.windowHandle(), Qt::Key_F5);
-    }
+    ScriptedPrompter prompts;
+    QTest::keyClick(frame.windowHandle(), Qt::Key_F5); // nothing pending: no question
     EXPECT_TRUE(main->listPane->tvwList[0]->hasFocus());
     EXPECT_EQ(main->listState.ListMarks(0, 0), QStringLiteral("TICKED"));
 
     supplier->setFocus();
     QTest::keyClicks(supplier, "ACME");
-    {
-        ScriptedPrompter prompts;
-        prompts.expectMessage(MessageCatalogue::text(1061), Answer::Yes);
-        QTest::keyClick(frame.windowHandle(), Qt::Key_F5);
-    }
+    prompts.expectMessage(MessageCatalogue::text(1061), Answer::Yes);
+    QTest::keyClick(frame.windowHandle(), Qt::Key_F5);
     EXPECT_EQ(main->listState.ConfigDirty, Dirty::None);
     EXPECT_EQ(main->listState.ListMarks(0, 0), QStringLiteral("TICKED"));
 }

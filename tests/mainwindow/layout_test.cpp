@@ -95,21 +95,16 @@ TEST_F(WindowLayout, TheButtonsRunTheirCommandsOnceUnsavedChangesAreSaved) {
     loadActive();
     const QString selectPrompt = LoadText(135) + "\n" + LoadText(136);
     MenuPicture* select = main->Picture1->picMenu[0];
-    {
-        ScriptedPrompter prompts;
-        prompts.expectInput(selectPrompt, "*");
-        QTest::mouseClick(select, Qt::LeftButton);
-    }
+    ScriptedPrompter prompts;
+    prompts.expectInput(selectPrompt, "*");
+    QTest::mouseClick(select, Qt::LeftButton);
     const int shown = main->listPane->tvwList[0]->nodeCount();
     ASSERT_GT(shown, 0);
     EXPECT_EQ(main->listState.ListMarks.selectedCount(), shown) << "every activated list";
     EXPECT_TRUE(main->listPane->tvwList[0]->hasFocus()) << "the list tree gets the focus back";
     select->setFocus();
-    {
-        ScriptedPrompter prompts;
-        prompts.expectInput(selectPrompt, "");
-        QTest::keyClick(select, Qt::Key_Space);
-    }
+    prompts.expectInput(selectPrompt, "");
+    QTest::keyClick(select, Qt::Key_Space);
     EXPECT_EQ(main->listState.ListMarks.selectedCount(), 0);
 
     main->tbsInfo->setCurrentIndex(1);
@@ -118,11 +113,8 @@ TEST_F(WindowLayout, TheButtonsRunTheirCommandsOnceUnsavedChangesAreSaved) {
     QTest::keyClicks(supplier, "ACME");
     MenuPicture* modify = main->Picture1->picMenu[2];
     const auto clickModify = [&] { QTest::mouseClick(modify, Qt::LeftButton); };
-    {
-        ScriptedPrompter prompts;
-        prompts.expectMessage(MessageCatalogue::text(1061), Answer::No);
-        EXPECT_EQ(dialogOpenedBy(clickModify), QString());
-    }
+    prompts.expectMessage(MessageCatalogue::text(1061), Answer::No);
+    EXPECT_EQ(dialogOpenedBy(clickModify), QString());
     EXPECT_EQ(main->tbsInfo->currentIndex(), 1) << "the command did not run";
     EXPECT_FALSE(modify->isPressed());
     EXPECT_EQ(modify->frameShape(), QFrame::NoFrame);
@@ -139,7 +131,6 @@ TEST_F(WindowLayout, TheButtonsRunTheirCommandsOnceUnsavedChangesAreSaved) {
     MenuPicture* activate = main->Picture1->picMenu[1];
     ASSERT_TRUE(activate->isVisible());
     activate->setFocus();
-    ScriptedPrompter prompts;
     prompts.expectMessage(LoadText(141));
     QTest::keyClick(activate, Qt::Key_Return);
 }
