@@ -74,6 +74,7 @@ TEST_P(DownloadInBothLanguages, StopMidListThenTheReportAndTheWindowGivenBack) {
             QStringLiteral("^48120 %1 \\(%24\\)\n[0-9]*\\.[0-9]{2} k/s$").arg(LoadText(88)))))
             << caption.toStdString();
         EXPECT_EQ(page.ProgressBar1->value(), 24);
+        EXPECT_FALSE(main->QueryUnload()) << "no closing, and no question, during a transfer";
         // The stop closes at once without a report; the report comes when the plan has run
         // out, with the interrupted list's line.
         prompts.expectMessage(LoadText(114), Answer::Yes);

