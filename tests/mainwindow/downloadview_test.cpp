@@ -92,17 +92,10 @@ TEST_P(DownloadInBothLanguages, StopMidListThenTheReportAndTheWindowGivenBack) {
     expectWindowUsable(true);
     EXPECT_TRUE(page.lblIDTransfert->text().startsWith(LoadText(69)));
     EXPECT_EQ(page.ProgressBar1->value(), 0);
-}
 
-// The plan unchecks the boxes it has done as a click would: box 2's filter box goes grey.
-TEST(DownloadView, ABoxUncheckedByThePlanGreysItsFilterBox) {
-    ResetAppState();
-    QWidget window;
-    DownloadPage page(&window);
-    DownloadView view(page, window, {});
+    // The plan unchecks a box as a click would: box 2's filter box goes grey with it.
     page.chkMAJ[2]->click();
-    ASSERT_TRUE(page.txtExpList->isEnabled());
-    view.uncheckBox(2);
+    main->downloadView->uncheckBox(2);
     EXPECT_FALSE(page.chkMAJ[2]->isChecked());
     EXPECT_FALSE(page.txtExpList->isEnabled());
     EXPECT_TRUE(page.chkMAJ[0]->isEnabled());

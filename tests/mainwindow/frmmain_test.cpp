@@ -57,9 +57,7 @@ TEST_F(MainWindowFixture, UpdateModeDisablesTheCommandsAndUpdateChoicesAndKeepsT
 // The frame picture of the Download tab stays where Alt and the arrows put it until the
 // window is laid out afresh: not when the dealer comes back from another program.
 TEST_F(MainWindowFixture, AltArrowsMoveTheFramePictureUntilTheWindowIsLaidOutAfresh) {
-    main->Load();
-    frame.show();
-    main->Activate();
+    loadActive();
     EXPECT_EQ(frame.frameGeometry(), frame.screen()->availableGeometry())
         << "the window takes the desktop's work area";
     QWidget* picFrame = main->downloadPage->picFrame;
