@@ -1,17 +1,182 @@
+// The main window: closing, its keys, the layout by keys and saved, and the command strip as
+// the keyboard, the mouse and a screen reader reach it. CTest runs the WindowLayout group again
+// at twice the density.
 #include "app/messages.h"
 #include "app/panelayout.h"
+#include "app/settings.h"
+#include "comms/bulletinpage.h"
 #include "comms/downloadpage.h"
 #include "mainwindow/commandstrip.h"
 #include "mainwindow/downloadview.h"
+#include "mainwindow/splitterbars.h"
+#include "partsfile/partsearchpane.h"
 #include "pricelists/configpane.h"
+#include "pricelists/keyedtree.h"
+#include "pricelists/pricelistsui.h"
+#include "pricelists/treeinteractions.h"
 #include "pricelists/treepanes.h"
 
 #include "mainwindowfixture.h"
 #include "scriptedprompter.h"
 
+#include <QAccessible>
+#include <QAccessibleActionInterface>
 #include <QCheckBox>
+#include <QComboBox>
+#include <QTabWidget>
+#include <QTest>
+#include <QTimer>
 
+namespace {
+
+using WindowLayout = MainWindowOnDemoData;
 using MainWindowFixture = MainWindowOnDemoData;
+
+const Qt::KeyboardModifiers AltShift = Qt::AltModifier | Qt::ShiftModifier;
+
+// Runs `act`, which opens a modal window; returns the class of the window that opened, or
+// nothing when none did.
+template <typename Act> QString dialogOpenedBy(Act act) {
+    QString opened;
+    QTimer closer;
+    QObject::connect(&closer, &QTimer::timeout, [&] {
+        if (QWidget* dialog = QApplication::activeModalWidget()) {
+            opened = QString::fromLatin1(dialog->metaObject()->className());
+            dialog->close();
+        }
+    });
+    closer.start(10);
+    act();
+    return opened;
+}
+
+QString accessibleName(QObject* object) {
+    return QAccessible::queryAccessibleInterface(object)->text(QAccessible::Name);
+}
+
+} // namespace
+
+TEST_F(WindowLayout, AltShiftArrowsMoveTheSplittersAndTheLayoutIsSaved) {
+    App().Settings.Format = 1;
+    loadActive();
+    const SplitterBars& bars = *main->splitters;
+    const PanePlacement start = bars.placement();
+    EXPECT_NEAR(FractionsOf(main->CurrentLayout())->height, 0.37, 1e-6) << "the stored fractions";
+
+    QTest::keyClick(frame.windowHandle(), Qt::Key_Left, AltShift);
+    EXPECT_DOUBLE_EQ(bars.placement().pane[1].left, start.pane[1].left - 120);
+    EXPECT_EQ(main->picForm[1]->x(), TwipsToPixels(start.pane[1].left - 120, main->logicalDpiX()));
+    QTest::keyClick(frame.windowHandle(), Qt::Key_Down, AltShift);
+    EXPECT_DOUBLE_EQ(bars.placement().pane[2].top, start.pane[2].top + 120);
+    QTest::keyClick(frame.windowHandle(), Qt::Key_Right, AltShift);
+    QTest::keyClick(frame.windowHandle(), Qt::Key_Up, AltShift);
+    EXPECT_EQ(bars.placement().pane[1], start.pane[1]);
+    EXPECT_EQ(bars.placement().pane[2], start.pane[2]);
+
+    // Alt+Shift with any other key is consumed: the field with the focus gets nothing.
+    ConfigField* supplier = main->configPane->txtConfig[PrixField::Fournis];
+    supplier->setFocus();
+    const QString typed = supplier->text();
+    QTest::keyClick(frame.windowHandle(), Qt::Key_X, AltShift);
+    EXPECT_EQ(supplier->text(), typed);
+
+    // Saved at unload as it stands.
+    for (int i = 0; i < 3; ++i)
+        QTest::keyClick(frame.windowHandle(), Qt::Key_Up, AltShift);
+    main->Unload();
+    AppSettings saved;
+    AssignStoredSettings(saved, main->settingsStore.EnumValues(App().RegistryKeyPath));
+    EXPECT_FLOAT_EQ(saved.Height, float(FractionsOf(main->CurrentLayout())->height));
+}
+
+// The strip's buttons run their commands by mouse, keyboard and screen reader and give the
+// focus back to the list tree. A press while the configuration pane holds unsaved changes saves
+// them (the question) instead of acting; the next press acts.
+TEST_F(WindowLayout, TheButtonsRunTheirCommandsOnceUnsavedChangesAreSaved) {
+    loadActive();
+    const QString selectPrompt = LoadText(135) + "\n" + LoadText(136);
+    MenuPicture* select = main->Picture1->picMenu[0];
+    ScriptedPrompter prompts;
+    prompts.expectInput(selectPrompt, "*");
+    QTest::mouseClick(select, Qt::LeftButton);
+    const int shown = main->listPane->tvwList[0]->nodeCount();
+    ASSERT_GT(shown, 0);
+    EXPECT_EQ(main->listState.ListMarks.selectedCount(), shown) << "every activated list";
+    EXPECT_TRUE(main->listPane->tvwList[0]->hasFocus()) << "the list tree gets the focus back";
+    select->setFocus();
+    prompts.expectInput(selectPrompt, "");
+    QTest::keyClick(select, Qt::Key_Space);
+    EXPECT_EQ(main->listState.ListMarks.selectedCount(), 0);
+
+    main->tbsInfo->setCurrentIndex(1);
+    ConfigField* supplier = main->configPane->txtConfig[PrixField::Fournis];
+    supplier->setFocus();
+    QTest::keyClicks(supplier, "ACME");
+    MenuPicture* modify = main->Picture1->picMenu[2];
+    const auto clickModify = [&] { QTest::mouseClick(modify, Qt::LeftButton); };
+    prompts.expectMessage(MessageCatalogue::text(1061), Answer::No);
+    EXPECT_EQ(dialogOpenedBy(clickModify), QString());
+    EXPECT_EQ(main->tbsInfo->currentIndex(), 1) << "the command did not run";
+    EXPECT_FALSE(modify->isPressed());
+    EXPECT_EQ(modify->frameShape(), QFrame::NoFrame);
+    EXPECT_EQ(dialogOpenedBy(clickModify), QStringLiteral("frmStock"));
+    EXPECT_EQ(main->tbsInfo->currentIndex(), 3);
+    QAccessibleActionInterface* reader =
+        QAccessible::queryAccessibleInterface(main->Picture1->picMenu[3])->actionInterface();
+    ASSERT_NE(reader, nullptr);
+    EXPECT_EQ(dialogOpenedBy([&] { reader->doAction(QAccessibleActionInterface::pressAction()); }),
+              QStringLiteral("frmOptions"));
+
+    // Activer, on the tab of lists not activated, with none of them ticked.
+    main->listPane->tbsList->setCurrentIndex(3);
+    MenuPicture* activate = main->Picture1->picMenu[1];
+    ASSERT_TRUE(activate->isVisible());
+    activate->setFocus();
+    prompts.expectMessage(LoadText(141));
+    QTest::keyClick(activate, Qt::Key_Return);
+}
+
+// The buttons that share a place on the strip follow the trees, each under its own caption and
+// named by it for a screen reader, as the panes are by their tabs, in the chosen language; the
+// strip widens the captions for the longest one. The part search follows the list shown.
+TEST_F(WindowLayout, TheStripFollowsTheTreesAndNamesItsButtonsAndThePanes) {
+    main->Load();
+    EXPECT_GT(main->bulletinPage->cmbAnnonceur->count(), 0) << "the newsletters are read";
+    const CommandStrip& strip = *main->Picture1;
+    EXPECT_EQ(QAccessible::queryAccessibleInterface(strip.picMenu[0])->role(), QAccessible::Button);
+    const auto expectShown = [&](int shown, int hidden, int caption, int message) {
+        EXPECT_TRUE(strip.picMenu[shown]->isVisibleTo(main)) << shown;
+        EXPECT_FALSE(strip.picMenu[hidden]->isVisibleTo(main)) << hidden;
+        EXPECT_EQ(strip.lblMenu[caption]->text(), MessageCatalogue::text(message));
+        EXPECT_EQ(accessibleName(strip.picMenu[shown]), MessageCatalogue::text(message));
+    };
+    main->listPane->tbsList->setCurrentIndex(3);
+    expectShown(1, 4, 1, 1122);
+    main->listPane->tbsList->setCurrentIndex(0);
+    expectShown(4, 1, 1, 1121);
+    KeyedTree& catalogues = *main->catPane->tvwCat[0];
+    QTreeWidgetItem* listUnderCatalogue = nullptr;
+    for (int i = 0; i < catalogues.topLevelItemCount() && !listUnderCatalogue; ++i)
+        listUnderCatalogue = catalogues.topLevelItem(i)->child(0);
+    ASSERT_NE(listUnderCatalogue, nullptr);
+    main->priceLists->interactions().tvwCatNodeClick(0, listUnderCatalogue);
+    expectShown(6, 5, 4, 1125);
+    const QString groupCode = rsPrixList.value(PrixField::CodeGro).toString().trimmed();
+    ASSERT_FALSE(groupCode.isEmpty());
+    EXPECT_TRUE(main->partSearchPane->lblRecherche->text().endsWith(groupCode));
+
+    for (const qint16 nation : {qint16(1000), qint16(2000)}) {
+        SCOPED_TRACE(nation);
+        App().Settings.Nation = nation;
+        main->Label();
+        EXPECT_EQ(accessibleName(strip.picMenu[0]), strip.lblMenu[0]->text());
+        EXPECT_EQ(accessibleName(main->listPane->tvwList[3]), main->listPane->tbsList->tabText(3));
+        EXPECT_EQ(accessibleName(main->catPane->tvwCat[1]), main->catPane->tbsCat->tabText(1));
+        EXPECT_EQ(accessibleName(main->tbsInfo->widget(2)), main->tbsInfo->tabText(2));
+        for (const QLabel* caption : strip.lblMenu)
+            EXPECT_LE(caption->fontMetrics().horizontalAdvance(caption->text()), caption->width());
+    }
+}
 
 // Closing saves what is pending and lets the pane go before asking; no question when the
 // program must quit; a value the field cannot hold keeps the window open.
