@@ -180,12 +180,27 @@ TEST_F(WindowLayout, TheStripFollowsTheTreesAndNamesItsButtonsAndThePanes) {
     }
 }
 
-// Closing saves what is pending and lets the pane go before asking; no question when the
-// program must quit; a value the field cannot hold keeps the window open.
-TEST_F(MainWindowFixture, ClosingSavesFirstThenAsksUnlessTheProgramMustQuit) {
-    main->Load();
-    BindConfig(true);
+// F5 gives the focus to the list tree, which offers to save what is pending: asked once, and
+// not at all when nothing is pending, so that the lists ticked stay ticked. Closing saves what is
+// pending and lets the pane go before asking; no question when the program must quit; a value
+// the field cannot hold keeps the window open.
+TEST_F(MainWindowFixture, F5AndClosingSaveWhatIsPendingFirst) {
+    loadActive();
+    main->listState.ListMarks(0, 0) = QStringLiteral("TICKED");
+    ConfigField* supplier = main->configPane->txtConfig[PrixField::Fournis];
+    supplier->setFocus();
     ScriptedPrompter prompts;
+    QTest::keyClick(frame.windowHandle(), Qt::Key_F5); // nothing pending: no question
+    EXPECT_TRUE(main->listPane->tvwList[0]->hasFocus());
+    EXPECT_EQ(main->listState.ListMarks(0, 0), QStringLiteral("TICKED"));
+    supplier->setFocus();
+    QTest::keyClicks(supplier, "ACME");
+    prompts.expectMessage(MessageCatalogue::text(1061), Answer::Yes);
+    QTest::keyClick(frame.windowHandle(), Qt::Key_F5);
+    EXPECT_EQ(main->listState.ConfigDirty, Dirty::None);
+    EXPECT_EQ(main->listState.ListMarks(0, 0), QStringLiteral("TICKED"));
+
+    BindConfig(true);
     prompts.expectMessage(MessageCatalogue::text(1035), Buttons::YesNo, Icon::None, QString(),
                           Answer::No);
     EXPECT_FALSE(main->QueryUnload());
@@ -249,26 +264,6 @@ TEST_F(MainWindowFixture, AltArrowsMoveTheFramePictureUntilTheWindowIsLaidOutAfr
     // Activated again from within the program (a dialog closed).
     QCoreApplication::sendEvent(&frame, &activated);
     EXPECT_EQ(picFrame->geometry(), main->downloadPage->rect());
-}
-
-// F5 gives the focus to the list tree, which offers to save what is pending: asked once, and
-// not at all when nothing is pending, so that the lists ticked stay ticked.
-TEST_F(MainWindowFixture, F5AsksOnceAboutPendingChangesAndNothingOtherwise) {
-    loadActive();
-    main->listState.ListMarks(0, 0) = QStringLiteral("TICKED");
-    ConfigField* supplier = main->configPane->txtConfig[PrixField::Fournis];
-    supplier->setFocus();
-    ScriptedPrompter prompts;
-    QTest::keyClick(frame.windowHandle(), Qt::Key_F5); // nothing pending: no question
-    EXPECT_TRUE(main->listPane->tvwList[0]->hasFocus());
-    EXPECT_EQ(main->listState.ListMarks(0, 0), QStringLiteral("TICKED"));
-
-    supplier->setFocus();
-    QTest::keyClicks(supplier, "ACME");
-    prompts.expectMessage(MessageCatalogue::text(1061), Answer::Yes);
-    QTest::keyClick(frame.windowHandle(), Qt::Key_F5);
-    EXPECT_EQ(main->listState.ConfigDirty, Dirty::None);
-    EXPECT_EQ(main->listState.ListMarks(0, 0), QStringLiteral("TICKED"));
 }
 
 // A download from the main window, in both languages: the Download tab during the transfer
