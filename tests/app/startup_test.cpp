@@ -50,8 +50,9 @@ struct StartupRun {
         ResetAppState();
         hooks.openData = [this] { return record("openData") && openDataResult; };
         hooks.detectInstal = [this] { return record("detectInstal") ? "2" : ""; };
+        // As the real conversion does, a forced one rebuilds the table and ends the program.
         hooks.convert = [this](bool forced) {
-            return record(forced ? "convert(forced)" : "convert");
+            return record(forced ? "convert(forced)" : "convert") && !forced;
         };
         hooks.showMainWindow = [this] { record("showMainWindow"); };
         setStoredDrive(install.drive());
@@ -133,6 +134,9 @@ TEST(Startup, CommandLineWordsFollowTheirCaseRules) {
     run.run("convert");
     EXPECT_FALSE(App().UpdateMode);
     EXPECT_EQ(run.calls.filter("convert"), QStringList{"convert"}) << "only Convert forces it";
+    StartupRun forced;
+    EXPECT_EQ(forced.run("Convert"), StartupOutcome::Ended);
+    EXPECT_EQ(forced.calls.filter("convert"), QStringList{"convert(forced)"});
 }
 
 // The drive is asked four times at most; one typed relative to where the program was started
