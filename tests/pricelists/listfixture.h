@@ -24,6 +24,18 @@
 #include <memory>
 #include <optional>
 
+// An activated list, up to date, with its group code and catalogues.
+inline ListRow ActivatedList(const char* desc, const char* fichier, const char* code,
+                             const char* catno, bool pasObliger = false) {
+    return {.desc = desc,
+            .fichier = fichier,
+            .dateEff = Past,
+            .dateStk = Past,
+            .codeGro = code,
+            .pasObliger = pasObliger,
+            .catNo = catno};
+}
+
 class ListFixture {
 public:
     ListFixture(const QList<ListRow>& lists, const QList<CatalogueRow>& catalogues);
