@@ -6,6 +6,7 @@
 
 #include "listtables.h"
 #include "scriptedprompter.h"
+#include "testfiles.h"
 
 #include "app/messages.h"
 #include "data/fieldbinding.h"
@@ -23,6 +24,7 @@
 #include <gtest/gtest.h>
 #include <memory>
 #include <optional>
+#include <ostream>
 
 // An activated list, up to date, with its group code and catalogues.
 inline ListRow ActivatedList(const char* desc, const char* fichier, const char* code,
@@ -40,11 +42,8 @@ class ListFixture {
 public:
     ListFixture(const QList<ListRow>& lists, const QList<CatalogueRow>& catalogues);
 
-    // A field of the row of a file code in PRIXLIST (or CATALIST), as stored in the table now.
-    QVariant storedField(const QString& fichier, const QString& field,
-                         const char* table = "PRIXLIST");
-    // GRL1 to GRL9 of a catalogue as stored, each as text (empty for Null).
-    QStringList storedCategories(const QString& fichier);
+    // The rows of a SELECT on the tables as stored now, cells joined by '|'.
+    QStringList rows(const QString& select) const { return TableRows(dir.path(), select); }
     // The context the main window hands the list commands.
     ListCommandContext commands();
 
@@ -71,6 +70,11 @@ public:
     std::optional<bool> activatedTab;
     std::optional<bool> listUnderCatalogue;
 };
+
+// The table's texts, as text in the failure messages.
+inline void PrintTo(const QString& text, std::ostream* out) {
+    *out << '"' << text.toStdString() << '"';
+}
 
 // Texts of the top-level nodes of a tree, in order.
 QStringList Keys(const KeyedTree& tree);
