@@ -33,7 +33,6 @@ TEST(Activation, EachCheckedListIsAskedForAndTheBatchIsWrittenOnYes) {
          {.desc = "C THREE", .fichier = "CCC", .dateEff = Past, .dateStk = Past, .codeGro = "ZZ"},
          {.desc = "D FOUR", .fichier = "DDD", .utiliser = false}},
         {});
-    f.ui->refresh();
     ScriptedPrompter prompts; // nothing checked; then an activated list alone: nothing asked
     prompts.expectMessage(LoadText(141), Buttons::Ok, Icon::Warning, {}, Answer::Ok);
     MPActivate(f.commands());
@@ -76,7 +75,6 @@ TEST(Activation, AbandonStopsTheRunAndTheListsBeforeItAreStillOffered) {
                        {.desc = "B", .fichier = "BBB", .utiliser = false},
                        {.desc = "C", .fichier = "CCC", .utiliser = false}},
                       {});
-        f.ui->refresh();
         check(f, {0, 1, 2});
         ScriptedPrompter prompts;
         prompts.expectQuestion(matrixQuestion(), "")
@@ -101,7 +99,6 @@ TEST(Activation, DefaultCodesAndListsThatNeedNoCode) {
                    {.desc = "D", .fichier = "DDD", .utiliser = false, .pasObliger = true},
                    {.desc = "E", .fichier = "EEE", .utiliser = false, .pasObliger = true}},
                   {});
-    f.ui->refresh();
     check(f, {0, 1, 2, 3});
     ScriptedPrompter prompts;
     prompts.expectQuestion(matrixQuestion(), "", true)
@@ -126,7 +123,6 @@ TEST(Deactivation, TheLastListOfACodeTakesItOutOfItsCatalogues) {
                    ActivatedList("B", "BBB", "AB", "C1;"), ActivatedList("C", "CCC", "CD", "C1;")},
                   {{.fichier = "C1", .desc = "Cat one", .grl = {"CD", "AB"}},
                    {.fichier = "C2", .desc = "Cat two", .grl = {"", "", "AB"}}});
-    f.ui->refresh();
     f.state.LastTreeFocus = "tvwList";
     const QString codesInUse = "SELECT GRL1, GRL2, GRL3 FROM CATALIST";
 
@@ -144,7 +140,6 @@ TEST(Deactivation, TheLastListOfACodeTakesItOutOfItsCatalogues) {
 
 TEST(Deactivation, ACatalogueGoesOnlyOnceNoListIsUnderIt) {
     ListFixture f({ActivatedList("A", "AAA", "AB", "C1;")}, {{"C1", "Cat one"}, {"C2", "Cat two"}});
-    f.ui->refresh();
     f.state.LastTreeFocus = "tvwCat";
     KeyedTree& tree = f.cat(0);
     for (const QString& key : {CatalogueKey("C1"), QStringLiteral("L0000")}) {

@@ -23,12 +23,6 @@ CatalogueRow catalogue(const char* fichier, std::array<QString, 9> gr, std::arra
     return row;
 }
 
-// Shows a list in the configuration pane as a click on its node does.
-void show(ListFixture& f, int row) {
-    f.ui->refresh();
-    f.ui->Nodeclick(0, f.list(0).node(ListKey(row)));
-}
-
 std::unique_ptr<frmCatalog> openDialog(ListFixture& f, const QString& code) {
     const QTreeWidgetItem* node = f.cat(0).node(CatalogueKey(code));
     return std::make_unique<frmCatalog>(f.commands(), node->text(0), KeyedTree::keyOf(node));
@@ -49,7 +43,7 @@ const QString PeerProgram = QStringLiteral(DBASE_PEER);
 TEST(CatalogueDialog, RowsKeepTheirCategoryAndOKWaitsForAChoice) {
     ListFixture f({ActivatedList("A", "AAA", "AB", "")},
                   {catalogue("ABC", {"G1", "", "G3"}, {"AB"}), catalogue("XY", {}, {})});
-    show(f, 0);
+    f.show("L000");
     auto dialog = openDialog(f, "ABC");
     ASSERT_EQ(dialog->lstCatgroupe->count(), 2)
         << "a category without a suggested code is left out";
@@ -79,7 +73,7 @@ TEST(CatalogueDialog, ReplacingACodeDissociatesItsListsOnceNoCategoryUsesIt) {
                    {.desc = "R", .fichier = "RRR", .utiliser = false, .codeGro = "NEW"}},
                   {catalogue("B", {"G1", "G2"}, {"OLD", "OLD"}), catalogue("AB", {"G1"}, {}),
                    catalogue("C", {}, {})});
-    show(f, 0);
+    f.show("L000");
     auto dialog = openDialog(f, "B");
     choose(*dialog, 0);
     EXPECT_EQ(dialog->result(), QDialog::Accepted);
@@ -88,7 +82,7 @@ TEST(CatalogueDialog, ReplacingACodeDissociatesItsListsOnceNoCategoryUsesIt) {
     EXPECT_EQ(f.rows(Catnos), QStringList({"AB;", "C;B;", "AB;B;", "B;C;", ""}));
     EXPECT_EQ(f.rsPrixList.filter(), "");
 
-    show(f, 0);
+    f.show("L000");
     choose(*openDialog(f, "B"), 1);
     EXPECT_EQ(f.rows("SELECT GRL1, GRL2 FROM CATALIST").first(), "NEW|NEW");
     // P loses the entry B, not the B; inside AB;, Q that needs no code too; N is not added twice.
@@ -98,7 +92,7 @@ TEST(CatalogueDialog, ReplacingACodeDissociatesItsListsOnceNoCategoryUsesIt) {
 TEST(CatalogueDialog, AListWithoutCodeAsksForOneOfAtMostFourCharacters) {
     ListFixture f({ActivatedList("A", "AAA", "", ""), ActivatedList("B", "BBB", "AB", "")},
                   {catalogue("C1", {"G1"}, {"AB"})});
-    show(f, 0);
+    f.show("L000");
     auto dialog = openDialog(f, "C1");
     ScriptedPrompter prompts;
     prompts.expectInput(CodePrompt, "abcde")
@@ -116,7 +110,7 @@ TEST(CatalogueDialog, AListWithoutCodeAsksForOneOfAtMostFourCharacters) {
 TEST(CatalogueDialog, ARowHeldOrChangedElsewhereLeavesNothingHalfWritten) {
     ListFixture f({ActivatedList("A", "AAA", "AB", ""), ActivatedList("B", "BBB", "AB", "")},
                   {catalogue("C1", {"G1"}, {})});
-    show(f, 0);
+    f.show("L000");
     {
         // The catalogue's row is held by another workstation: A's CATNO is written first,
         // then put back.
@@ -137,7 +131,7 @@ TEST(CatalogueDialog, ARowHeldOrChangedElsewhereLeavesNothingHalfWritten) {
 
     // B's row was changed by another workstation since it was read: A goes back, B keeps the
     // other workstation's change, and the catalogue is not touched.
-    show(f, 0);
+    f.show("L000");
     auto dialog = openDialog(f, "C1");
     ASSERT_EQ(
         DbasePeer(PeerProgram, {"set", f.dir.path(), "PRIXLIST", "1", "FOURNIS", "PEER"}).answer(),
@@ -158,7 +152,6 @@ TEST(AssociationCommand, DissociatingAListTakesItsCodeOutOfTheCatalogue) {
                    ActivatedList("Y", "YYY", "", "XY;K;"), ActivatedList("Z", "ZZZ", "", "XY;")},
                   {catalogue("XY", {"G1", "G2"}, {"CD", "AB"}), catalogue("AXY", {}, {}),
                    catalogue("K", {}, {})});
-    f.ui->refresh();
     const ListCommandContext c = f.commands();
     ScriptedPrompter prompts; // nothing selected, then a catalogue alone
     prompts.expectMessage(LoadText(127)).expectMessage(LoadText(128));

@@ -2,7 +2,8 @@
 
 #include <QHBoxLayout>
 
-ListFixture::ListFixture(const QList<ListRow>& lists, const QList<CatalogueRow>& catalogues) {
+ListFixture::ListFixture(const QList<ListRow>& lists, const QList<CatalogueRow>& catalogues,
+                         bool built) {
     WritePrixList(dir.path(), lists);
     WriteCataList(dir.path(), catalogues);
     WriteDepart(dir.path(), 20);
@@ -35,6 +36,8 @@ ListFixture::ListFixture(const QList<ListRow>& lists, const QList<CatalogueRow>&
     window->show();
     window->activateWindow();
     EXPECT_TRUE(QTest::qWaitForWindowActive(window.get()));
+    if (built)
+        ui->refresh();
 }
 
 ListCommandContext ListFixture::commands() {

@@ -40,7 +40,10 @@ inline ListRow ActivatedList(const char* desc, const char* fichier, const char* 
 
 class ListFixture {
 public:
-    ListFixture(const QList<ListRow>& lists, const QList<CatalogueRow>& catalogues);
+    // The trees are built as the program starts, unless a test sets up first what the first
+    // build meets.
+    ListFixture(const QList<ListRow>& lists, const QList<CatalogueRow>& catalogues,
+                bool built = true);
 
     // The rows of a SELECT on the tables as stored now, cells joined by '|'.
     QStringList rows(const QString& select) const { return TableRows(dir.path(), select); }
