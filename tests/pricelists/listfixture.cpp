@@ -45,14 +45,6 @@ ListCommandContext ListFixture::commands() {
             window.get()};
 }
 
-KeyedTree& ListFixture::list(int i) const {
-    return *listPane->tvwList.at(i);
-}
-
-KeyedTree& ListFixture::cat(int i) const {
-    return *catPane->tvwCat.at(i);
-}
-
 QStringList Keys(const KeyedTree& tree) {
     QStringList keys;
     for (int i = 0; i < tree.topLevelItemCount(); ++i)

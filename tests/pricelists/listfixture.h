@@ -50,8 +50,8 @@ public:
     // The context the main window hands the list commands.
     ListCommandContext commands();
 
-    KeyedTree& list(int i) const;
-    KeyedTree& cat(int i) const;
+    KeyedTree& list(int i) const { return *listPane->tvwList.at(i); }
+    KeyedTree& cat(int i) const { return *catPane->tvwCat.at(i); }
     // Shows a list as a click on its node in the first tree does.
     void show(const QString& key);
 
