@@ -29,13 +29,7 @@
 // An activated list, up to date, with its group code and catalogues.
 inline ListRow ActivatedList(const char* desc, const char* fichier, const char* code,
                              const char* catno, bool pasObliger = false) {
-    return {.desc = desc,
-            .fichier = fichier,
-            .dateEff = Past,
-            .dateStk = Past,
-            .codeGro = code,
-            .pasObliger = pasObliger,
-            .catNo = catno};
+    return {desc, fichier, true, Past, Past, code, pasObliger, 1.0, {}, catno};
 }
 
 class ListFixture {
