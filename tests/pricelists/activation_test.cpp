@@ -24,19 +24,6 @@ void check(ListFixture& f, std::initializer_list<int> rows) {
     }
 }
 
-QString stored(ListFixture& f, const QString& fichier, const QString& field) {
-    return f.storedField(fichier, field).toString();
-}
-
-// What the activation writes of a list, as stored.
-QStringList written(ListFixture& f, const QString& fichier) {
-    QStringList values;
-    for (const char* field : {"UTILISER", "CODEGRO", "FICFAMILLE", "LFAMILLE", "FOURNIS",
-                              "DEPARTEM", "CH_DESC1", "CH_DESC2", "CH_COUT"})
-        values << stored(f, fichier, field);
-    return values;
-}
-
 } // namespace
 
 TEST(Activation, EachCheckedListIsAskedForAndTheBatchIsWrittenOnYes) {
@@ -46,7 +33,6 @@ TEST(Activation, EachCheckedListIsAskedForAndTheBatchIsWrittenOnYes) {
          {.desc = "C THREE", .fichier = "CCC", .dateEff = Past, .dateStk = Past, .codeGro = "ZZ"},
          {.desc = "D FOUR", .fichier = "DDD", .utiliser = false}},
         {});
-    f.ui->refresh();
     ScriptedPrompter prompts; // nothing checked; then an activated list alone: nothing asked
     prompts.expectMessage(LoadText(141), Buttons::Ok, Icon::Warning, {}, Answer::Ok);
     MPActivate(f.commands());
@@ -69,14 +55,14 @@ TEST(Activation, EachCheckedListIsAskedForAndTheBatchIsWrittenOnYes) {
     EXPECT_EQ(asked[2].departement, "F") << "no department yet";
     EXPECT_EQ(asked[3].departement, "05");
 
-    // The matrix and the supplier are cut to their fields' widths and apply to all lists.
-    const QString supplier = "A SUPPLIER NAME LONGER TH";
-    EXPECT_EQ(written(f, "AAA"), QStringList({"true", "AB", "ABCDEFGH", "true", supplier, "F",
-                                              "true", "true", "true"}));
-    EXPECT_EQ(written(f, "BBB"), QStringList({"true", "CD12", "ABCDEFGH", "true", supplier, "05",
-                                              "true", "true", "true"}));
-    EXPECT_EQ(stored(f, "CCC", "CODEGRO"), "ZZ") << "already activated: not asked";
-    EXPECT_FALSE(f.storedField("DDD", "UTILISER").toBool());
+    // The matrix and the supplier are cut to their fields' widths and apply to all lists; C,
+    // already activated, is not asked.
+    const QString given = "|ABCDEFGH|true|A SUPPLIER NAME LONGER TH|";
+    EXPECT_EQ(f.rows("SELECT UTILISER, CODEGRO, FICFAMILLE, LFAMILLE, FOURNIS, DEPARTEM, CH_DESC1, "
+                     "CH_DESC2, CH_COUT FROM PRIXLIST"),
+              QStringList({"true|AB" + given + "F|true|true|true",
+                           "true|CD12" + given + "05|true|true|true", "true|ZZ|||||true|false|true",
+                           "false||||||true|false|true"}));
 
     EXPECT_EQ(f.state.ConfigDirty, Dirty::None);
     EXPECT_EQ(f.state.ListMarks(0, 1), "BBB") << "the lists stay checked";
@@ -89,7 +75,6 @@ TEST(Activation, AbandonStopsTheRunAndTheListsBeforeItAreStillOffered) {
                        {.desc = "B", .fichier = "BBB", .utiliser = false},
                        {.desc = "C", .fichier = "CCC", .utiliser = false}},
                       {});
-        f.ui->refresh();
         check(f, {0, 1, 2});
         ScriptedPrompter prompts;
         prompts.expectQuestion(matrixQuestion(), "")
@@ -100,10 +85,8 @@ TEST(Activation, AbandonStopsTheRunAndTheListsBeforeItAreStillOffered) {
             .expectMessage(LoadText(61), Buttons::YesNo, Icon::Warning, {}, answer);
         MPActivate(f.commands());
         const bool saved = answer == Answer::Yes;
-        EXPECT_EQ(f.storedField("AAA", "UTILISER").toBool(), saved);
-        EXPECT_EQ(stored(f, "AAA", "CODEGRO"), saved ? "A1" : "");
-        EXPECT_FALSE(f.storedField("BBB", "UTILISER").toBool());
-        EXPECT_FALSE(f.storedField("CCC", "UTILISER").toBool());
+        EXPECT_EQ(f.rows("SELECT UTILISER, CODEGRO FROM PRIXLIST"),
+                  QStringList({saved ? "true|A1" : "false|", "false|", "false|"}));
         EXPECT_EQ(f.state.ListMarks.selectedCount(), saved ? 3 : 0)
             << "answering No unchecks every list";
     }
@@ -116,7 +99,6 @@ TEST(Activation, DefaultCodesAndListsThatNeedNoCode) {
                    {.desc = "D", .fichier = "DDD", .utiliser = false, .pasObliger = true},
                    {.desc = "E", .fichier = "EEE", .utiliser = false, .pasObliger = true}},
                   {});
-    f.ui->refresh();
     check(f, {0, 1, 2, 3});
     ScriptedPrompter prompts;
     prompts.expectQuestion(matrixQuestion(), "", true)
@@ -131,42 +113,33 @@ TEST(Activation, DefaultCodesAndListsThatNeedNoCode) {
     ASSERT_EQ(prompts.questions().size(), 5);
     EXPECT_TRUE(prompts.questions()[3].option) << "the switch shown as ticked";
     EXPECT_EQ(prompts.questions()[3].title, "C") << "no default code: asked all the same";
-    EXPECT_EQ(stored(f, "AAA", "CODEGRO"), "XY");
-    EXPECT_EQ(stored(f, "BBB", "CODEGRO"), "UAP") << "its default code, without a question";
-    EXPECT_EQ(stored(f, "CCC", "CODEGRO"), "ZZ");
-    EXPECT_TRUE(f.storedField("DDD", "UTILISER").toBool());
-    EXPECT_EQ(stored(f, "DDD", "CODEGRO"), "") << "needs no code: activated without one";
-    EXPECT_TRUE(f.storedField("AAA", "FICFAMILLE").isNull()) << "no matrix given";
-    EXPECT_FALSE(f.storedField("EEE", "UTILISER").toBool()) << "not checked";
+    // B takes its default code without a question, D needs none, E is not checked; no matrix given.
+    EXPECT_EQ(f.rows("SELECT UTILISER, CODEGRO, FICFAMILLE FROM PRIXLIST"),
+              QStringList({"true|XY|", "true|UAP|", "true|ZZ|", "true||", "false||"}));
 }
 
 TEST(Deactivation, TheLastListOfACodeTakesItOutOfItsCatalogues) {
     ListFixture f({ActivatedList("A", "AAA", "AB", "C1;C2;"),
                    ActivatedList("B", "BBB", "AB", "C1;"), ActivatedList("C", "CCC", "CD", "C1;")},
-                  {{.fichier = "C1", .desc = "Cat one", .grl = {"AB", "CD"}},
+                  {{.fichier = "C1", .desc = "Cat one", .grl = {"CD", "AB"}},
                    {.fichier = "C2", .desc = "Cat two", .grl = {"", "", "AB"}}});
-    f.ui->refresh();
     f.state.LastTreeFocus = "tvwList";
-    const QStringList before = f.storedCategories("C1");
+    const QString codesInUse = "SELECT GRL1, GRL2, GRL3 FROM CATALIST";
 
     check(f, {0});
     MPDesactivate(f.commands());
-    EXPECT_FALSE(f.storedField("AAA", "UTILISER").toBool());
-    EXPECT_EQ(stored(f, "AAA", "CATNO"), "");
-    EXPECT_EQ(f.storedCategories("C1"), before) << "BBB still carries AB";
-    EXPECT_EQ(f.storedField("C2", "GRL3", "CATALIST").toString(), "AB");
+    EXPECT_EQ(f.rows("SELECT UTILISER, CATNO FROM PRIXLIST").first(), "false|");
+    EXPECT_EQ(f.rows(codesInUse), QStringList({"CD|AB|", "||AB"})) << "BBB still carries AB";
 
     check(f, {1});
     MPDesactivate(f.commands());
-    EXPECT_EQ(f.storedCategories("C1"), QStringList({"", "CD", "", "", "", "", "", "", ""}));
-    EXPECT_EQ(f.storedField("C2", "GRL3", "CATALIST").toString(), "AB")
+    EXPECT_EQ(f.rows(codesInUse), QStringList({"CD||", "||AB"}))
         << "only the catalogues of the list's own CATNO";
     EXPECT_EQ(f.list(3).nodeCount(), 2) << "both shown as not activated";
 }
 
 TEST(Deactivation, ACatalogueGoesOnlyOnceNoListIsUnderIt) {
     ListFixture f({ActivatedList("A", "AAA", "AB", "C1;")}, {{"C1", "Cat one"}, {"C2", "Cat two"}});
-    f.ui->refresh();
     f.state.LastTreeFocus = "tvwCat";
     KeyedTree& tree = f.cat(0);
     for (const QString& key : {CatalogueKey("C1"), QStringLiteral("L0000")}) {
@@ -175,14 +148,14 @@ TEST(Deactivation, ACatalogueGoesOnlyOnceNoListIsUnderIt) {
         prompts.expectMessage(LoadText(139), Buttons::Ok, Icon::Critical, {}, Answer::Ok);
         MPDesactivate(f.commands());
     }
-    EXPECT_TRUE(f.storedField("C1", "UTILISER", "CATALIST").toBool());
 
     for (const Answer answer : {Answer::No, Answer::Yes}) {
         f.cat(0).selectNode(f.cat(0).node(CatalogueKey("C2")));
         ScriptedPrompter prompts;
         prompts.expectMessage(LoadText(129), Buttons::YesNo, Icon::Warning, {}, answer);
         MPDesactivate(f.commands());
-        EXPECT_EQ(f.storedField("C2", "UTILISER", "CATALIST").toBool(), answer == Answer::No);
+        EXPECT_EQ(f.rows("SELECT UTILISER FROM CATALIST"),
+                  QStringList({"true", answer == Answer::No ? "true" : "false"}));
     }
     EXPECT_NE(f.cat(1).node(CatalogueKey("C2")), nullptr) << "shown as not activated";
 }

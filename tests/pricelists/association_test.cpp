@@ -23,12 +23,6 @@ CatalogueRow catalogue(const char* fichier, std::array<QString, 9> gr, std::arra
     return row;
 }
 
-// Shows a list in the configuration pane as a click on its node does.
-void show(ListFixture& f, int row) {
-    f.ui->refresh();
-    f.ui->Nodeclick(0, f.list(0).node(ListKey(row)));
-}
-
 std::unique_ptr<frmCatalog> openDialog(ListFixture& f, const QString& code) {
     const QTreeWidgetItem* node = f.cat(0).node(CatalogueKey(code));
     return std::make_unique<frmCatalog>(f.commands(), node->text(0), KeyedTree::keyOf(node));
@@ -39,9 +33,7 @@ void choose(frmCatalog& dialog, int row) {
     dialog.OKButtonClick();
 }
 
-QString catno(ListFixture& f, const char* fichier) {
-    return f.storedField(fichier, "CATNO").toString();
-}
+const QString Catnos = QStringLiteral("SELECT CATNO FROM PRIXLIST");
 
 // The other workstation, in a process of its own.
 const QString PeerProgram = QStringLiteral(DBASE_PEER);
@@ -51,7 +43,7 @@ const QString PeerProgram = QStringLiteral(DBASE_PEER);
 TEST(CatalogueDialog, RowsKeepTheirCategoryAndOKWaitsForAChoice) {
     ListFixture f({ActivatedList("A", "AAA", "AB", "")},
                   {catalogue("ABC", {"G1", "", "G3"}, {"AB"}), catalogue("XY", {}, {})});
-    show(f, 0);
+    f.show("L000");
     auto dialog = openDialog(f, "ABC");
     ASSERT_EQ(dialog->lstCatgroupe->count(), 2)
         << "a category without a suggested code is left out";
@@ -81,49 +73,44 @@ TEST(CatalogueDialog, ReplacingACodeDissociatesItsListsOnceNoCategoryUsesIt) {
                    {.desc = "R", .fichier = "RRR", .utiliser = false, .codeGro = "NEW"}},
                   {catalogue("B", {"G1", "G2"}, {"OLD", "OLD"}), catalogue("AB", {"G1"}, {}),
                    catalogue("C", {}, {})});
-    show(f, 0);
+    f.show("L000");
     auto dialog = openDialog(f, "B");
     choose(*dialog, 0);
     EXPECT_EQ(dialog->result(), QDialog::Accepted);
-    EXPECT_EQ(f.storedCategories("B").mid(0, 2), QStringList({"NEW", "OLD"}));
-    EXPECT_EQ(catno(f, "NNN"), "C;B;");
-    EXPECT_EQ(catno(f, "MMM"), "AB;") << "AB; counts as holding B";
-    EXPECT_EQ(catno(f, "RRR"), "") << "not activated";
+    EXPECT_EQ(f.rows("SELECT GRL1, GRL2 FROM CATALIST").first(), "NEW|OLD");
+    // M's AB; does not hold B, R is not activated, P keeps B while category 2 still uses OLD.
+    EXPECT_EQ(f.rows(Catnos), QStringList({"AB;", "C;B;", "AB;B;", "B;C;", ""}));
     EXPECT_EQ(f.rsPrixList.filter(), "");
-    EXPECT_EQ(catno(f, "PPP"), "AB;B;") << "category 2 still uses OLD";
-    EXPECT_EQ(catno(f, "QQQ"), "B;C;");
 
-    show(f, 0);
+    f.show("L000");
     choose(*openDialog(f, "B"), 1);
-    EXPECT_EQ(f.storedCategories("B").mid(0, 2), QStringList({"NEW", "NEW"}));
-    EXPECT_EQ(catno(f, "PPP"), "AB;") << "the entry B, not the B; inside AB;";
-    EXPECT_EQ(catno(f, "QQQ"), "C;") << "a list that needs no code goes too";
-    EXPECT_EQ(catno(f, "NNN"), "C;B;") << "not added twice";
+    EXPECT_EQ(f.rows("SELECT GRL1, GRL2 FROM CATALIST").first(), "NEW|NEW");
+    // P loses the entry B, not the B; inside AB;, Q that needs no code too; N is not added twice.
+    EXPECT_EQ(f.rows(Catnos), QStringList({"AB;", "C;B;", "AB;", "C;", ""}));
 }
 
 TEST(CatalogueDialog, AListWithoutCodeAsksForOneOfAtMostFourCharacters) {
     ListFixture f({ActivatedList("A", "AAA", "", ""), ActivatedList("B", "BBB", "AB", "")},
                   {catalogue("C1", {"G1"}, {"AB"})});
-    show(f, 0);
+    f.show("L000");
     auto dialog = openDialog(f, "C1");
     ScriptedPrompter prompts;
     prompts.expectInput(CodePrompt, "abcde")
         .expectMessage(LoadText(42), Buttons::Ok, Icon::Warning, {}, Answer::Ok);
     choose(*dialog, 0);
     EXPECT_NE(dialog->result(), QDialog::Accepted) << "still open";
-    EXPECT_EQ(catno(f, "BBB"), "") << "nothing written";
+    EXPECT_EQ(f.rows(Catnos), QStringList({"", ""})) << "nothing written";
     prompts.expectInput(CodePrompt, ""); // nothing typed: the category's own code
     choose(*dialog, 0);
     EXPECT_EQ(dialog->result(), QDialog::Accepted);
-    EXPECT_EQ(catno(f, "BBB"), "C1;");
-    EXPECT_EQ(catno(f, "AAA"), "") << "the lists of AB, not the list without a code";
-    EXPECT_EQ(f.storedCategories("C1").first(), "AB");
+    EXPECT_EQ(f.rows(Catnos), QStringList({"", "C1;"})) << "the lists of AB, not the one without";
+    EXPECT_EQ(f.rows("SELECT GRL1 FROM CATALIST"), QStringList({"AB"}));
 }
 
 TEST(CatalogueDialog, ARowHeldOrChangedElsewhereLeavesNothingHalfWritten) {
     ListFixture f({ActivatedList("A", "AAA", "AB", ""), ActivatedList("B", "BBB", "AB", "")},
                   {catalogue("C1", {"G1"}, {})});
-    show(f, 0);
+    f.show("L000");
     {
         // The catalogue's row is held by another workstation: A's CATNO is written first,
         // then put back.
@@ -137,14 +124,14 @@ TEST(CatalogueDialog, ARowHeldOrChangedElsewhereLeavesNothingHalfWritten) {
         EXPECT_EQ(dialog->lstCatgroupe->count(), 1) << "the dialog shows the tables again";
         EXPECT_FALSE(dialog->OKButton->isEnabled());
     }
-    const auto expectNothingWritten = [&] {
-        EXPECT_EQ(catno(f, "AAA") + catno(f, "BBB") + f.storedCategories("C1").first(), "");
+    const auto written = [&] {
+        return f.rows("SELECT CATNO, FOURNIS FROM PRIXLIST") + f.rows("SELECT GRL1 FROM CATALIST");
     };
-    expectNothingWritten();
+    EXPECT_EQ(written(), QStringList({"|", "|", ""}));
 
     // B's row was changed by another workstation since it was read: A goes back, B keeps the
     // other workstation's change, and the catalogue is not touched.
-    show(f, 0);
+    f.show("L000");
     auto dialog = openDialog(f, "C1");
     ASSERT_EQ(
         DbasePeer(PeerProgram, {"set", f.dir.path(), "PRIXLIST", "1", "FOURNIS", "PEER"}).answer(),
@@ -152,12 +139,11 @@ TEST(CatalogueDialog, ARowHeldOrChangedElsewhereLeavesNothingHalfWritten) {
     ScriptedPrompter prompts;
     prompts.expectMessageMatching("^errOKButton: ");
     choose(*dialog, 0);
-    expectNothingWritten();
-    EXPECT_EQ(f.storedField("BBB", "FOURNIS").toString(), "PEER");
+    EXPECT_EQ(written(), QStringList({"|", "|PEER", ""}));
 
     // Once the other workstation is done, the same choice goes through.
     choose(*dialog, 0);
-    EXPECT_EQ(catno(f, "BBB"), "C1;");
+    EXPECT_EQ(written(), QStringList({"C1;|", "C1;|PEER", "AB"}));
 }
 
 TEST(AssociationCommand, DissociatingAListTakesItsCodeOutOfTheCatalogue) {
@@ -166,7 +152,6 @@ TEST(AssociationCommand, DissociatingAListTakesItsCodeOutOfTheCatalogue) {
                    ActivatedList("Y", "YYY", "", "XY;K;"), ActivatedList("Z", "ZZZ", "", "XY;")},
                   {catalogue("XY", {"G1", "G2"}, {"CD", "AB"}), catalogue("AXY", {}, {}),
                    catalogue("K", {}, {})});
-    f.ui->refresh();
     const ListCommandContext c = f.commands();
     ScriptedPrompter prompts; // nothing selected, then a catalogue alone
     prompts.expectMessage(LoadText(127)).expectMessage(LoadText(128));
@@ -188,20 +173,17 @@ TEST(AssociationCommand, DissociatingAListTakesItsCodeOutOfTheCatalogue) {
 
     // X (AB) under XY: every activated list of AB loses XY, the slot of AB is emptied.
     dissociate(1);
-    EXPECT_EQ(catno(f, "WWW"), "");
-    EXPECT_EQ(catno(f, "XXX"), "AXY;K;") << "only its own entry";
-    EXPECT_EQ(f.storedCategories("XY").mid(0, 2), QStringList({"CD", ""}));
-    EXPECT_EQ(catno(f, "YYY"), "XY;K;") << "another code";
+    EXPECT_EQ(f.rows(Catnos), QStringList({"", "AXY;K;", "XY;K;", "XY;"}));
+    EXPECT_EQ(f.rows("SELECT GRL1, GRL2 FROM CATALIST").first(), "CD|");
 
     // A list without a code goes alone.
     dissociate(2);
-    EXPECT_EQ(catno(f, "YYY"), "K;");
-    EXPECT_EQ(catno(f, "ZZZ"), "XY;");
+    EXPECT_EQ(f.rows(Catnos), QStringList({"", "AXY;K;", "K;", "XY;"}));
 
     // The last list under the catalogue: withdrawing it is offered; No keeps it.
     prompts.expectMessage(LoadText(129), Buttons::YesNo, Icon::None, {}, Answer::No);
     dissociate(3);
-    EXPECT_EQ(catno(f, "ZZZ"), "");
-    EXPECT_TRUE(f.storedField("XY", "UTILISER", "CATALIST").toBool());
+    EXPECT_EQ(f.rows(Catnos).last(), "");
+    EXPECT_EQ(f.rows("SELECT UTILISER FROM CATALIST").first(), "true");
     EXPECT_EQ(f.cat(0).node(CatalogueKey("XY"))->childCount(), 0);
 }

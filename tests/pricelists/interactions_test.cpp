@@ -34,7 +34,6 @@ void expectShown(ListFixture& f, int row, const QString& heading) {
 
 TEST(Interactions, TickingTheBoxClickingTheTextTheSpaceBarAndTheArrows) {
     ListFixture f(lists(), catalogues());
-    f.ui->refresh();
     KeyedTree& tree = f.list(0);
     QTreeWidgetItem* b = tree.node("L001");
     QTreeWidgetItem* c = tree.node("L002");
@@ -82,7 +81,6 @@ TEST(Interactions, TickingTheBoxClickingTheTextTheSpaceBarAndTheArrows) {
 // the first catalogue tab.
 TEST(Interactions, TheTabStripsAndTheCatalogueNodes) {
     ListFixture f(lists(), catalogues());
-    f.ui->refresh();
     QTabBar* tabs = f.listPane->tbsList;
     tabs->setCurrentIndex(3);
     EXPECT_EQ(f.state.CurrentListTab, 3);

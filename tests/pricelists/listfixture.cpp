@@ -2,7 +2,8 @@
 
 #include <QHBoxLayout>
 
-ListFixture::ListFixture(const QList<ListRow>& lists, const QList<CatalogueRow>& catalogues) {
+ListFixture::ListFixture(const QList<ListRow>& lists, const QList<CatalogueRow>& catalogues,
+                         bool built) {
     WritePrixList(dir.path(), lists);
     WriteCataList(dir.path(), catalogues);
     WriteDepart(dir.path(), 20);
@@ -35,36 +36,13 @@ ListFixture::ListFixture(const QList<ListRow>& lists, const QList<CatalogueRow>&
     window->show();
     window->activateWindow();
     EXPECT_TRUE(QTest::qWaitForWindowActive(window.get()));
-}
-
-QVariant ListFixture::storedField(const QString& fichier, const QString& field, const char* table) {
-    Recordset fresh;
-    fresh.open(QStringLiteral("SELECT * FROM ") + QLatin1String(table), conn, CursorType::Keyset,
-               LockType::Optimistic);
-    fresh.find(QStringLiteral("FICHIER = '%1'").arg(fichier), 0, SearchDirection::Forward,
-               MoveStart::First);
-    EXPECT_FALSE(fresh.eof()) << fichier.toStdString();
-    return fresh.eof() ? QVariant() : fresh.value(field);
-}
-
-QStringList ListFixture::storedCategories(const QString& fichier) {
-    QStringList codes;
-    for (int n = 1; n <= 9; ++n)
-        codes << storedField(fichier, QStringLiteral("GRL%1").arg(n), "CATALIST").toString();
-    return codes;
+    if (built)
+        ui->refresh();
 }
 
 ListCommandContext ListFixture::commands() {
     return {*ui,         state, *listPane, *catPane, {rsPrixList, rsCataList, nullptr, &binding},
             window.get()};
-}
-
-KeyedTree& ListFixture::list(int i) const {
-    return *listPane->tvwList.at(i);
-}
-
-KeyedTree& ListFixture::cat(int i) const {
-    return *catPane->tvwCat.at(i);
 }
 
 QStringList Keys(const KeyedTree& tree) {

@@ -6,6 +6,7 @@
 
 #include "listtables.h"
 #include "scriptedprompter.h"
+#include "testfiles.h"
 
 #include "app/messages.h"
 #include "data/fieldbinding.h"
@@ -23,21 +24,28 @@
 #include <gtest/gtest.h>
 #include <memory>
 #include <optional>
+#include <ostream>
+
+// An activated list, up to date, with its group code and catalogues.
+inline ListRow ActivatedList(const char* desc, const char* fichier, const char* code,
+                             const char* catno, bool pasObliger = false) {
+    return {desc, fichier, true, Past, Past, code, pasObliger, 1.0, {}, catno};
+}
 
 class ListFixture {
 public:
-    ListFixture(const QList<ListRow>& lists, const QList<CatalogueRow>& catalogues);
+    // The trees are built as the program starts, unless a test sets up first what the first
+    // build meets.
+    ListFixture(const QList<ListRow>& lists, const QList<CatalogueRow>& catalogues,
+                bool built = true);
 
-    // A field of the row of a file code in PRIXLIST (or CATALIST), as stored in the table now.
-    QVariant storedField(const QString& fichier, const QString& field,
-                         const char* table = "PRIXLIST");
-    // GRL1 to GRL9 of a catalogue as stored, each as text (empty for Null).
-    QStringList storedCategories(const QString& fichier);
+    // The rows of a SELECT on the tables as stored now, cells joined by '|'.
+    QStringList rows(const QString& select) const { return TableRows(dir.path(), select); }
     // The context the main window hands the list commands.
     ListCommandContext commands();
 
-    KeyedTree& list(int i) const;
-    KeyedTree& cat(int i) const;
+    KeyedTree& list(int i) const { return *listPane->tvwList.at(i); }
+    KeyedTree& cat(int i) const { return *catPane->tvwCat.at(i); }
     // Shows a list as a click on its node in the first tree does.
     void show(const QString& key);
 
@@ -59,6 +67,11 @@ public:
     std::optional<bool> activatedTab;
     std::optional<bool> listUnderCatalogue;
 };
+
+// The table's texts, as text in the failure messages.
+inline void PrintTo(const QString& text, std::ostream* out) {
+    *out << '"' << text.toStdString() << '"';
+}
 
 // Texts of the top-level nodes of a tree, in order.
 QStringList Keys(const KeyedTree& tree);

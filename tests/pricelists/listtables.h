@@ -32,18 +32,6 @@ struct ListRow {
     QString fournis;
 };
 
-// An activated list, up to date, with its group code and catalogues.
-inline ListRow ActivatedList(const char* desc, const char* fichier, const char* code,
-                             const char* catno, bool pasObliger = false) {
-    return {.desc = desc,
-            .fichier = fichier,
-            .dateEff = Past,
-            .dateStk = Past,
-            .codeGro = code,
-            .pasObliger = pasObliger,
-            .catNo = catno};
-}
-
 struct CatalogueRow {
     QString fichier;
     QString desc;

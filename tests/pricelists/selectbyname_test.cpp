@@ -26,7 +26,6 @@ TEST(SelectByName, WordsAddUpStarChecksTheTabShownAndNothingClearsIt) {
                    {"Wire harness", "DDD", true, Past, {}, "GH"}, // to update; last in DESC order
                    {"WIRE SPOOLS", "EEE", false, Past, Past}},    // not activated
                   {});
-    f.ui->refresh();
     const ListCommandContext c = f.commands();
     ScriptedPrompter prompts;
     prompts.expectInput(prompt(), "wire").expectInput(prompt(), "filt");

@@ -36,7 +36,7 @@ QList<CatalogueRow> catalogues() {
 } // namespace
 
 TEST(Trees, EachListGoesToTheBranchesOfItsDates) {
-    ListFixture f(dateCases(), catalogues());
+    ListFixture f(dateCases(), catalogues(), false);
     f.state.ListMarks.redim(7);
     f.state.ListMarks(1, 5) = "1"; // left by a list that was there before
     f.ui->refresh();
@@ -81,7 +81,6 @@ TEST(Trees, CatalogueTreesHoldTheAssociatedActivatedLists) {
                                 {"UPD", "Update me", true, Past, older},
                                 {"NEW", "New", true, Past}};
     ListFixture f(lists, cats);
-    f.ui->refresh();
 
     EXPECT_EQ(Keys(f.cat(0)), (QStringList{"CABC", "CNEW", "C  Q", "CUPD", "C XY"}));
     EXPECT_EQ(Keys(f.cat(1)), (QStringList{"C  Z"}));
@@ -111,7 +110,6 @@ TEST(Trees, ListMarksSurviveARebuildAndShiftWhenAListIsAdded) {
                             {"D LIST", "DDD", true, Past, {}},
                             {"F LIST", "FFF", true, Past, Past}};
     ListFixture f(lists, catalogues());
-    f.ui->refresh();
     f.state.ListMarks(0, 1) = "DDD";
     f.ui->refresh();
     EXPECT_TRUE(KeyedTree::isChecked(f.list(0).node("L001")));
@@ -137,7 +135,7 @@ TEST(Trees, ListMarksSurviveARebuildAndShiftWhenAListIsAdded) {
 TEST(Trees, CatalogueCodeWithoutNodeRestartsTheConversion) {
     QList<ListRow> lists = {{"A LIST", "AAA", true, Past, Past, "", false, 1.0, "", "ABC;NOP;"},
                             {"B LIST", "BBB", true, Past, Past}};
-    ListFixture f(lists, catalogues());
+    ListFixture f(lists, catalogues(), false);
     int restarts = 0;
     const ConversionRestart former = SetConversionRestart([&] { ++restarts; });
     f.ui->refresh(); // the conversion speaks for itself: no box here
@@ -151,10 +149,12 @@ TEST(Trees, CatalogueCodeWithoutNodeRestartsTheConversion) {
 // gives empty trees and one mark row.
 TEST(Trees, DuplicateOrMissingCatalogueNodesAreReported) {
     const QDate older = Past.addDays(-1);
-    ListFixture f({}, {{"ABC", "Alpha"},
-                       {"ABC", "Alpha again"},
-                       {"", "No code", true, Past, older},
-                       {"XY", "Xray", true, Past, older}});
+    ListFixture f({},
+                  {{"ABC", "Alpha"},
+                   {"ABC", "Alpha again"},
+                   {"", "No code", true, Past, older},
+                   {"XY", "Xray", true, Past, older}},
+                  false);
     ScriptedPrompter prompts;
     prompts.expectMessage("ErrSetupCat: 35602\nKey is not unique in collection\n" +
                           App().ContactLine);
@@ -171,7 +171,6 @@ TEST(Trees, DuplicateOrMissingCatalogueNodesAreReported) {
 // where the node texts start: each heading stands over its column, in both languages.
 TEST(Trees, ColumnHeadingsStandOverTheColumnsOfTheNodes) {
     ListFixture f(dateCases(), catalogues());
-    f.ui->refresh();
     QLabel* heading = f.listPane->lblTvw;
     KeyedTree& tree = f.list(0);
     EXPECT_TRUE(QFontInfo(heading->font()).fixedPitch());
