@@ -78,9 +78,6 @@ protected:
     TempInstall other;
 };
 
-// Default fills the server boxes and Cancel keeps nothing: the next dialog shows the settings
-// as they were. OK applies every box; English chosen, the next dialog speaks English.
-
 } // namespace
 
 // Annuler puts the proposal back and leaves the dialog open; OK hides it and keeps the answers.
@@ -182,6 +179,8 @@ TEST(ErrorAndReportWindows, ShowTheirTextsAndCloseOnOK) {
     ResetAppState();
 }
 
+// Default fills the server boxes and Cancel keeps nothing: the next dialog shows the settings
+// as they were. OK applies every box; English chosen, the next dialog speaks English.
 TEST_F(OptionsTest, ShowsTheSettingsAndAppliesEveryBoxOnOkOnly) {
     App().Settings.Port = static_cast<qint16>(40000); // kept under its 16-bit pattern
     {
