@@ -29,19 +29,12 @@ protected:
 
     QString path(const QString& file) const { return QDir(dir.path()).filePath(file); }
     QByteArray bytes(const QString& file) const { return ReadBytes(path(file)); }
-    void writeBytes(const QString& file, const QByteArray& data) const {
-        WriteBytes(path(file), data);
-    }
     // The rows of a query as stored now, through a connection of their own.
     QStringList rows(const QString& sql) const { return TableRows(dir.path(), sql); }
 
     void makeTable(const QString& file, const QList<FieldDef>& fields,
                    const QList<QVariantList>& rows, const QList<bool>& deleted = {}) {
-        NewTable t;
-        t.fields = fields;
-        t.rows = rows;
-        t.deleted = deleted;
-        writeNewTable(path(file), t);
+        writeNewTable(path(file), {fields, rows, deleted});
     }
 
     // Opens rs on a table or a query, for editing unless told otherwise.

@@ -20,16 +20,14 @@
 namespace {
 
 NewTable kindsTable(quint8 driver) {
-    NewTable t;
-    t.languageDriver = driver;
-    t.fields = {FieldDef::text("NAME", 12), FieldDef::number("PRICE", 9, 2),
-                FieldDef::number("QTY", 5), FieldDef::date("SINCE"), FieldDef::logical("ACTIVE")};
-    t.rows = {{QString::fromUtf8("Crème brûlée"), 12.5, 3, QDate(2024, 2, 29), true},
-              {"Deleted row", 1.0, 1, QDate(1999, 12, 31), false},
-              {QVariant(), QVariant(), QVariant(), QVariant(), QVariant()},
-              {"  lead", -0.25, -12, QDate(2030, 1, 1), false}};
-    t.deleted = {false, true, false, false};
-    return t;
+    return {{FieldDef::text("NAME", 12), FieldDef::number("PRICE", 9, 2),
+             FieldDef::number("QTY", 5), FieldDef::date("SINCE"), FieldDef::logical("ACTIVE")},
+            {{QString::fromUtf8("Crème brûlée"), 12.5, 3, QDate(2024, 2, 29), true},
+             {"Deleted row", 1.0, 1, QDate(1999, 12, 31), false},
+             {QVariant(), QVariant(), QVariant(), QVariant(), QVariant()},
+             {"  lead", -0.25, -12, QDate(2030, 1, 1), false}},
+            {false, true, false, false},
+            driver};
 }
 
 QJsonObject describe(const QDir& dir, const QString& name) {
@@ -97,17 +95,12 @@ void writeTables(const QString& dir) {
 
 int main(int argc, char** argv) {
     QCoreApplication app(argc, argv);
-    if (argc != 2) {
-        std::cerr << "usage: dbase_dbfread_tables DIR" << std::endl;
-        return 2;
-    }
-    const QString dir = app.arguments()[1];
+    const QDir dir(app.arguments().value(1));
     try {
-        writeTables(dir);
+        writeTables(dir.path());
         QJsonArray tables;
-        for (const char* name :
-             {"KINDS", "OEM", "UPDATED", "ALTERED", "SUBSET", "MEREMPLA", "INSERTED"})
-            tables.append(describe(QDir(dir), QString::fromLatin1(name)));
+        for (const QString& file : dir.entryList({"*.DBF"}))
+            tables.append(describe(dir, file.chopped(4)));
         std::cout << QJsonDocument(tables).toJson().toStdString();
     } catch (const DbError& e) {
         std::cerr << "error " << e.number() << ": " << e.description().toStdString() << std::endl;

@@ -37,8 +37,6 @@ protected:
     QStringList storedCodes() const { return rows("SELECT CODEGRO FROM PRIXLIST"); }
 };
 
-class SafetyTest : public SharingTest {};
-
 TEST_F(SharingTest, OpeningFailsWhileAnotherProcessHoldsTheFileLock) {
     {
         const auto peer = lockedBy({"lock-file", path("PRIXLIST.DBF")});
@@ -77,7 +75,7 @@ TEST_F(SharingTest, ARecordLockElsewhereStopsTheWriteAndTheRewrite) {
     EXPECT_EQ(storedCodes(), QStringList({"AB", "OK", "P3"}));
 }
 
-TEST_F(SafetyTest, AFailedRewriteLeavesTheOldTableWhole) {
+TEST_F(SharingTest, AFailedRewriteLeavesTheOldTableWhole) {
     // The disk fills up in the middle of the records.
     Connection fillingUp([](QIODevice& file) { return std::make_unique<FailDevice>(file, 140); });
     fillingUp.open(dir.path());
@@ -93,7 +91,7 @@ TEST_F(SafetyTest, AFailedRewriteLeavesTheOldTableWhole) {
         << "no half-written file is left beside it";
 }
 
-TEST_F(SafetyTest, ATableCopiedWholeIsTheSameFile) {
+TEST_F(SharingTest, ATableCopiedWholeIsTheSameFile) {
     connection.execute("SELECT * INTO COPY1 FROM PRIXLIST");
     connection.execute("SELECT * INTO COPY2 FROM COPY1");
     EXPECT_EQ(bytes("COPY1.DBF"), bytes("COPY2.DBF"));
@@ -107,7 +105,7 @@ TEST_F(SafetyTest, ATableCopiedWholeIsTheSameFile) {
     EXPECT_EQ(bytes("COPY1.DBF").size(), before.size() - 19) << "without the deleted record";
 }
 
-TEST_F(SafetyTest, DbfsqlPrintsRowsAndChanges) {
+TEST_F(SharingTest, DbfsqlPrintsRowsAndChanges) {
     const auto run = [this](const QString& sql) {
         const ProgramRun p = RunProgram(DBFSQL, {dir.path(), sql});
         return QString::fromUtf8(p.out + p.err);
@@ -121,7 +119,7 @@ TEST_F(SafetyTest, DbfsqlPrintsRowsAndChanges) {
     EXPECT_TRUE(run("DROP TABLE MEEFFACE").startsWith("Error -2147217900: Syntax error"));
 }
 
-TEST_F(SafetyTest, ARecordsetOnARebuiltTableRefusesToWriteUntilRequeried) {
+TEST_F(SharingTest, ARecordsetOnARebuiltTableRefusesToWriteUntilRequeried) {
     open("PRIXLIST");
     connection.execute("ALTER TABLE PRIXLIST ADD COLUMN CATNO TEXT(254)");
     const QByteArray rebuilt = bytes("PRIXLIST.DBF");

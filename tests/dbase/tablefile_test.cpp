@@ -35,7 +35,7 @@ TEST_F(TableFileTest, ReadsStoredFormsAndBlanksAsNull) {
     const QList<QByteArray> records = {" AB    12.5020240315T", "  x  y -3.0020000101y",
                                        "         ***00000000?", "          .5         ",
                                        "*DEL    1.0020240101F", "        0.0020240229n"};
-    writeBytes("KINDS.DBF", rawTable(0x03, 0x57, fields, records));
+    WriteBytes(path("KINDS.DBF"), rawTable(0x03, 0x57, fields, records));
     // Leading blanks are kept; blank, starred, 00000000 and ? are Null; the deleted record is
     // hidden.
     EXPECT_EQ(rows("KINDS"), QStringList({"AB|12.5|2024-03-15|true", " x  y|-3|2000-01-01|true",
@@ -81,13 +81,13 @@ TEST_F(TableFileTest, ReadsTheKindsOfTableAndCodePagesTheDealersTablesComeIn) {
         {"IV", 0x8B, 0x57, " abc ", "abc", {}},                   // dBASE IV with memo
     };
     for (const auto& kind : kinds) {
-        writeBytes(
-            QString::fromLatin1(kind.table) + ".DBF",
+        WriteBytes(
+            path(QString::fromLatin1(kind.table) + ".DBF"),
             rawTable(kind.version, kind.driver, fields, {kind.record}, kind.afterTerminator));
         EXPECT_EQ(rows(kind.table), QStringList{QString::fromUtf8(kind.text)}) << kind.table;
     }
     for (const quint8 version : {0x30, 0x04}) { // FoxPro, dBASE 7
-        writeBytes("OTHER.DBF", rawTable(version, 0x57, fields, {" abc "}));
+        WriteBytes(path("OTHER.DBF"), rawTable(version, 0x57, fields, {" abc "}));
         EXPECT_DB_ERROR(rs.open("OTHER", connection), DbErrors::UnsupportedFormat);
     }
     // A change is written in the table's own code page.
@@ -99,8 +99,8 @@ TEST_F(TableFileTest, ReadsTheKindsOfTableAndCodePagesTheDealersTablesComeIn) {
 
 TEST_F(TableFileTest, MemoFieldsStayUntouchedAndACopyTakesTheMemoFileAlong) {
     const QList<FieldDef> fields = {FieldDef::text("T", 2), {"NOTE", 'M', 10, 0}};
-    writeBytes("MEMO.DBF", rawTable(0x83, 0x57, fields, {" ab0000000042"}));
-    writeBytes("MEMO.DBT", QByteArray(1024, 'm'));
+    WriteBytes(path("MEMO.DBF"), rawTable(0x83, 0x57, fields, {" ab0000000042"}));
+    WriteBytes(path("MEMO.DBT"), QByteArray(1024, 'm'));
     open("MEMO");
     EXPECT_TRUE(rs.value("NOTE").isNull());
     rs.setValue("T", "cd");
@@ -128,7 +128,7 @@ TEST_F(TableFileTest, DamagedFilesGiveAClearErrorAndAreNeverWritten) {
         {patched(10, 9), "record length 9"}, {patched(32 + 11, 'Q'), "unknown type 'Q'"},
         {patched(64, 'X'), "no terminator"}, {patched(4, 40), "counts 40 records"}};
     for (const auto& [data, reason] : cases) {
-        writeBytes("BAD.DBF", data);
+        WriteBytes(path("BAD.DBF"), data);
         try {
             open("SELECT * FROM BAD");
             ADD_FAILURE() << "opened: " << reason.toStdString();
