@@ -1,7 +1,6 @@
 #pragma once
 
-#include "dbase/connection.h"
-#include "dbase/fielddef.h"
+#include "dbase/dberror.h"
 #include "dbase/recordset.h"
 #include "dbase/tablewriter.h"
 #include "support/testfiles.h"
@@ -31,6 +30,7 @@ protected:
     QByteArray bytes(const QString& file) const { return ReadBytes(path(file)); }
     // The rows of a query as stored now, through a connection of their own.
     QStringList rows(const QString& sql) const { return TableRows(dir.path(), sql); }
+    QStringList storedCodes() const { return rows("SELECT CODEGRO FROM PRIXLIST"); }
 
     void makeTable(const QString& file, const QList<FieldDef>& fields,
                    const QList<QVariantList>& rows, const QList<bool>& deleted = {}) {

@@ -1,9 +1,6 @@
 // Recordsets as the program drives them: moves, edits in both lock types, filters, find.
 #include "dbasefixture.h"
 
-#include "dbase/dberror.h"
-#include "dbase/recordset.h"
-
 #include <QSignalSpy>
 #include <functional>
 
@@ -21,8 +18,6 @@ protected:
                    {true, "Bravo", "B", "AB", false, QVariant()}});
         open("SELECT * FROM PRIXLIST ORDER BY [DESC]");
     }
-
-    QStringList storedCodes() const { return rows("SELECT CODEGRO FROM PRIXLIST"); }
 };
 
 TEST_F(RecordsetTest, MovesAndPositions) {

@@ -2,9 +2,7 @@
 // kinds of table and damaged files.
 #include "dbasefixture.h"
 
-#include "dbase/dberror.h"
 #include "dbase/dbfformat.h"
-#include "dbase/recordset.h"
 #include "dbase/tablefile.h"
 
 #include <QDate>
