@@ -7,8 +7,6 @@
 
 #include "support/faildevice.h"
 
-#include <memory>
-
 class SharingTest : public DbaseTest {
 protected:
     void SetUp() override {
@@ -20,13 +18,6 @@ protected:
             {{"AAA", "AB", 1.5}, {"BBB", "CD", QVariant()}, {"CCC", "EF", -2}, {"DDD", "GH", 3}},
             {false, false, false, true});
     }
-    // The other workstation holding a lock ("lock-file" or "lock-record" and a record) while
-    // the peer lives; it has answered "ready" once the lock is held.
-    std::unique_ptr<DbasePeer> lockedBy(const QStringList& lock) {
-        auto peer = std::make_unique<DbasePeer>(DBASE_PEER, lock);
-        EXPECT_EQ(peer->answer(), "ready");
-        return peer;
-    }
     // The other workstation changes the group code of a row (from 0) and saves it.
     QString peerSets(const char* row, const char* code) {
         return DbasePeer(DBASE_PEER, {"set", dir.path(), "PRIXLIST", row, "CODEGRO", code})
@@ -36,7 +27,8 @@ protected:
 
 TEST_F(SharingTest, OpeningFailsWhileAnotherProcessHoldsTheFileLock) {
     {
-        const auto peer = lockedBy({"lock-file", path("PRIXLIST.DBF")});
+        DbasePeer peer(DBASE_PEER, {"lock-file", path("PRIXLIST.DBF")});
+        ASSERT_EQ(peer.answer(), "ready"); // held until the peer ends
         EXPECT_DB_ERROR(open("SELECT * FROM PRIXLIST ORDER BY [DESC]"), 0x80004005 - 0x100000000LL);
         EXPECT_FALSE(rs.isOpen());
     }
@@ -56,7 +48,8 @@ TEST_F(SharingTest, AChangeMadeElsewhereIsNeverOverwrittenAndOtherRowsStillSave)
 }
 
 TEST_F(SharingTest, ARecordLockElsewhereStopsTheWriteAndTheRewrite) {
-    const auto peer = lockedBy({"lock-record", path("PRIXLIST.DBF"), "1"});
+    DbasePeer peer(DBASE_PEER, {"lock-record", path("PRIXLIST.DBF"), "1"});
+    ASSERT_EQ(peer.answer(), "ready");
     open("PRIXLIST");
     rs.setValue("CODEGRO", "XY");
     EXPECT_DB_ERROR(rs.update(), DbErrors::Fail);
