@@ -79,20 +79,6 @@ TEST_F(SharingTest, AFailedRewriteLeavesTheOldTableWhole) {
         << "no half-written file is left beside it";
 }
 
-TEST_F(SharingTest, ATableCopiedWholeIsTheSameFile) {
-    connection.execute("SELECT * INTO COPY1 FROM PRIXLIST");
-    connection.execute("SELECT * INTO COPY2 FROM COPY1");
-    EXPECT_EQ(bytes("COPY1.DBF"), bytes("COPY2.DBF"));
-    // The copy holds the live rows; a row written back with its own values changes nothing.
-    const QByteArray before = bytes("PRIXLIST.DBF");
-    open("PRIXLIST");
-    rs.setValue("PCT1", rs.value("PCT1"));
-    rs.setValue("FICHIER", "AAA");
-    rs.update();
-    EXPECT_EQ(bytes("PRIXLIST.DBF"), before);
-    EXPECT_EQ(bytes("COPY1.DBF").size(), before.size() - 19) << "without the deleted record";
-}
-
 TEST_F(SharingTest, DbfsqlPrintsRowsAndChanges) {
     const auto run = [this](const QString& sql) {
         const ProgramRun p = RunProgram(DBFSQL, {dir.path(), sql});
