@@ -193,16 +193,15 @@ TEST_F(SearchStockTest, DamagedIndexesEndTheSearchWithoutHanging) {
         parts.push_back(part(QStringLiteral("K%1").arg(i, 3, 10, QChar(u'0')), i + 1));
     const NtxImage image = write(parts, {3, true, 17, "NUMERO"});
     const QByteArray sound = image.bytes;
-    const quint32 root = image.root;
-    const int rootKeys = qFromLittleEndian<qint16>(sound.constData() + root);
-    const qint64 firstItem = itemAt(sound, root, 0);
-    const qint64 lastChild = itemAt(sound, root, rootKeys);
+    const int rootKeys = qFromLittleEndian<qint16>(sound.constData() + image.root);
+    const qint64 firstItem = itemAt(sound, image.root, 0);
+    const qint64 lastChild = itemAt(sound, image.root, rootKeys);
     const quint32 child = qFromLittleEndian<quint32>(sound.constData() + firstItem);
     ASSERT_NE(child, 0u);
     // The end of the root's highest designated item; the root is the file's last page.
     qint64 lastItemEnd = 0;
     for (int i = 0; i <= rootKeys; ++i)
-        lastItemEnd = std::max(lastItemEnd, itemAt(sound, root, i) + NtxLayout::ItemSize);
+        lastItemEnd = std::max(lastItemEnd, itemAt(sound, image.root, i) + NtxLayout::ItemSize);
 
     // Each damage writes a little-endian value of 2 or 4 bytes, or cuts the file (width 0); the
     // lines found before the failure stay listed.
@@ -217,12 +216,12 @@ TEST_F(SearchStockTest, DamagedIndexesEndTheSearchWithoutHanging) {
     } damages[] = {
         {"root past the end", 4, 4, sound.size() + 10, PageOutsideFile, 1},
         {"last child far past the end", lastChild, 4, 0xFFFFFFF0, PageOutsideFile, 21},
-        {"page is its own child", firstItem, 4, root, PageRevisited, 1},
-        {"grandchild is the root", itemAt(sound, child, 0), 4, root, PageRevisited, 1},
-        {"item 42", root + 2, 2, 80 + 42 * 23, ItemOutsidePage, 1},
-        {"item before the items", root + 2, 2, 12, ItemOutsidePage, 1},
-        {"39 keys", root, 2, 39, BadKeyCount, 1},
-        {"negative key count", root, 2, -1, BadKeyCount, 1},
+        {"page is its own child", firstItem, 4, image.root, PageRevisited, 1},
+        {"grandchild is the root", itemAt(sound, child, 0), 4, image.root, PageRevisited, 1},
+        {"item 42", image.root + 2, 2, 80 + 42 * 23, ItemOutsidePage, 1},
+        {"item before the items", image.root + 2, 2, 12, ItemOutsidePage, 1},
+        {"39 keys", image.root, 2, 39, BadKeyCount, 1},
+        {"negative key count", image.root, 2, -1, BadKeyCount, 1},
         {"designated item cut off", lastItemEnd - 5, 0, 0, ItemPastEnd, 1},
         {"record not in the table", firstItem + 4, 4, 100000, RecordOutsideTable, 1},
         {"record zero", firstItem + 4, 4, 0, RecordOutsideTable, 1},
@@ -310,7 +309,6 @@ TEST(PartSearchLineCount, TheTypedCountIsRoundedToEvenAndCappedAt2000) {
 // The pane brings an overlarge count down to the cap and shows it; the command-line search
 // lists what the pane lists for the same number and count.
 TEST_F(PartSearchPaneTest, TheCommandLineSearchAnswersAsThePaneDoes) {
-    ASSERT_GT(partsStartingWith(QString()), 2000);
     const struct {
         QString typed, shown;
         int lines;
@@ -386,14 +384,11 @@ TEST_F(PartSearchPaneTest, EnterMovesOnToTheNumberWhichSearchesAndKeepsTheFocus)
     EXPECT_GT(partLines(), 0);
     EXPECT_TRUE(pane.txtRecherche->hasFocus());
     EXPECT_EQ(pane.txtRecherche->selectedText(), QStringLiteral("ab12"));
-    // Typing now replaces the number.
-    QTest::keyClicks(pane.txtRecherche, QStringLiteral("XY"));
-    EXPECT_EQ(pane.txtRecherche->text(), QStringLiteral("XY"));
 
     pane.lstPieces->setFocus();
     QTest::keyClick(pane.lstPieces, Qt::Key_Return);
     EXPECT_TRUE(pane.txtRecherche->hasFocus());
-    EXPECT_EQ(pane.txtRecherche->selectedText(), QStringLiteral("XY"));
+    EXPECT_EQ(pane.txtRecherche->selectedText(), QStringLiteral("ab12"));
 }
 
 } // namespace
