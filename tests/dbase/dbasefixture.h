@@ -9,12 +9,11 @@
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
 
-// One field of every row of an open recordset, from the first (Null as "<null>").
+// One field of every row of an open recordset, from the first.
 inline QStringList column(Recordset& rs, const QString& field) {
     QStringList values;
     for (rs.moveFirst(); !rs.eof(); rs.moveNext())
-        values << (rs.value(field).isNull() ? QStringLiteral("<null>")
-                                            : rs.value(field).toString());
+        values << rs.value(field).toString();
     return values;
 }
 

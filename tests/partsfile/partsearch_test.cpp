@@ -33,10 +33,6 @@ StockPart part(const QString& number, int record) {
     return part;
 }
 
-QString keyOf(const NtxEntry& entry) {
-    return QString::fromLatin1(entry.key.data(), NtxLayout::KeySize);
-}
-
 // A programs directory holding a parts file and its index.
 class SearchStockTest : public ::testing::Test {
 protected:
@@ -102,7 +98,8 @@ std::vector<int> expectedRecords(const NtxImage& image, const QString& text, int
     std::vector<int> records;
     const QString key = text.toUpper();
     for (const NtxEntry& entry : image.entries) {
-        if (key.size() <= 15 && keyOf(entry).startsWith(key) && int(records.size()) < maxLines)
+        const QString entryKey = QString::fromLatin1(entry.key.data(), NtxLayout::KeySize);
+        if (key.size() <= 15 && entryKey.startsWith(key) && int(records.size()) < maxLines)
             records.push_back(int(entry.record));
     }
     return records;
