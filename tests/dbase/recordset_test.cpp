@@ -29,7 +29,6 @@ TEST_F(RecordsetTest, MovesAndPositions) {
     rs.move(1);
     EXPECT_EQ(rs.absolutePosition(), 4);
     rs.moveNext();
-    EXPECT_TRUE(rs.eof());
     EXPECT_EQ(rs.absolutePosition(), PositionEof);
     EXPECT_DB_ERROR(rs.moveNext(), DbErrors::NoCurrentRow);
     EXPECT_DB_ERROR(rs.value(0), DbErrors::NoCurrentRow);
