@@ -55,14 +55,16 @@ void writeTables(const QString& dir) {
     const QDir d(dir);
     writeNewTable(d.filePath("KINDS.DBF"), kindsTable(0x57));
     writeNewTable(d.filePath("OEM.DBF"), kindsTable(0x02));
-    writeNewTable(d.filePath("UPDATED.DBF"), kindsTable(0x57));
     Connection c;
     c.open(dir);
+    c.execute("SELECT * INTO UPDATED FROM KINDS");
+    c.execute("ALTER TABLE UPDATED ADD COLUMN CATNO TEXT(254)");
     {
         Recordset rs;
         rs.open("UPDATED", c, CursorType::Keyset, LockType::Optimistic);
         rs.setValue("NAME", QString::fromUtf8("Déjà vu"));
         rs.setValue("PRICE", "99.99");
+        rs.setValue("CATNO", "ABC;XYZ;");
         rs.update();
         rs.moveNext();
         rs.setValue("ACTIVE", true);
@@ -71,16 +73,6 @@ void writeTables(const QString& dir) {
         rs.setValue("NAME", "Added");
         rs.setValue("QTY", 7);
         rs.update();
-    }
-    c.execute("SELECT * INTO ALTERED FROM KINDS");
-    c.execute("ALTER TABLE ALTERED ADD COLUMN CATNO TEXT(254)");
-    {
-        Recordset rs;
-        rs.open("SELECT * FROM ALTERED ORDER BY NAME", c, CursorType::Keyset,
-                LockType::BatchOptimistic);
-        for (; !rs.eof(); rs.moveNext())
-            rs.setValue("CATNO", "ABC;XYZ;");
-        rs.updateBatch();
     }
     c.execute("SELECT NAME, ACTIVE INTO SUBSET FROM KINDS WHERE ACTIVE = False OR NAME IS NULL");
     // A created table filled from another with a narrower field of the same name.
