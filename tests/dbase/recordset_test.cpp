@@ -47,7 +47,6 @@ TEST_F(RecordsetTest, MovesAndPositions) {
 TEST_F(RecordsetTest, AClosedRecordsetRefusesEverythingWith3704) {
     EXPECT_DB_ERROR(rs.setLockType(LockType::BatchOptimistic), DbErrors::Open);
     rs.close();
-    EXPECT_FALSE(rs.isOpen());
     const std::function<void()> calls[] = {[&] { rs.moveFirst(); },   [&] { rs.value(0); },
                                            [&] { rs.recordCount(); }, [&] { rs.eof(); },
                                            [&] { rs.setFilter(""); }, [&] { rs.requery(); },

@@ -113,17 +113,14 @@ TEST_F(TableFileTest, MemoFieldsStayUntouchedAndACopyTakesTheMemoFileAlong) {
 }
 
 TEST_F(TableFileTest, DamagedFilesGiveAClearErrorAndAreNeverWritten) {
-    const QList<FieldDef> fields = {FieldDef::text("T", 3)};
-    const QByteArray good = rawTable(0x03, 0x57, fields, {" abc", " def"});
-    const auto patched = [&good](int at, char byte) {
-        QByteArray bytes = good;
-        bytes[at] = byte;
-        return bytes;
-    };
+    const QByteArray good = rawTable(0x03, 0x57, {FieldDef::text("T", 3)}, {" abc", " def"});
     const QList<QPair<QByteArray, QString>> cases = {
-        {good.left(20), "too short"},        {good.left(good.size() - 5), "counts 2 records"},
-        {patched(10, 9), "record length 9"}, {patched(32 + 11, 'Q'), "unknown type 'Q'"},
-        {patched(64, 'X'), "no terminator"}, {patched(4, 40), "counts 40 records"}};
+        {good.left(20), "too short"},
+        {good.left(good.size() - 5), "counts 2 records"},
+        {QByteArray(good).replace(10, 1, "\x09"), "record length 9"},
+        {QByteArray(good).replace(32 + 11, 1, "Q"), "unknown type 'Q'"},
+        {QByteArray(good).replace(64, 1, "X"), "no terminator"},
+        {QByteArray(good).replace(4, 1, "\x28"), "counts 40 records"}};
     for (const auto& [data, reason] : cases) {
         WriteBytes(path("BAD.DBF"), data);
         try {
