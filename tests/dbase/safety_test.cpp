@@ -4,7 +4,6 @@
 #include "dbasefixture.h"
 
 #include "dbasepeer.h"
-
 #include "support/faildevice.h"
 
 class SharingTest : public DbaseTest {
