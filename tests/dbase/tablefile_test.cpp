@@ -34,8 +34,7 @@ TEST_F(TableFileTest, ReadsStoredFormsAndBlanksAsNull) {
                                        "         ***00000000?", "          .5         ",
                                        "*DEL    1.0020240101F", "        0.0020240229n"};
     WriteBytes(path("KINDS.DBF"), rawTable(0x03, 0x57, fields, records));
-    // Leading blanks are kept; blank, starred, 00000000 and ? are Null; the deleted record is
-    // hidden.
+    // Leading blanks kept; blank, starred, 00000000 and ? are Null; the deleted record hidden.
     EXPECT_EQ(rows("KINDS"), QStringList({"AB|12.5|2024-03-15|true", " x  y|-3|2000-01-01|true",
                                           "|||", "|0.5||", "|0|2024-02-29|false"}));
 }

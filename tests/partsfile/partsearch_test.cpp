@@ -145,10 +145,8 @@ TEST_F(SearchStockTest, ListsTheMatchesInIndexOrderWhateverTheTreeShape) {
 }
 
 TEST_F(SearchStockTest, PartLinesKeepTheFieldsAsTheyStandAndAMissingFileShowsMessage1079) {
-    StockPart part = {"BOS0242229", "DÉMARREUR 5€ RÉUSINÉ", {}, {12.5, 11.25, 10.63, 10}, 7.5,
-                      " EL"};
-    part.deleted = true; // deleted but still in the index: listed all the same
-    write({part});
+    // Deleted but still in the index: listed all the same.
+    write({{"BOS0242229", "DÉMARREUR 5€ RÉUSINÉ", {}, {12.5, 11.25, 10.63, 10}, 7.5, " EL", true}});
     // Names in another case, as installations copied from Windows keep them.
     ASSERT_TRUE(QFile::rename(prgDir() + "STOCK.DBF", prgDir() + "stock.dbf"));
     EXPECT_EQ(search(QStringLiteral("bos"), 20).lines,
@@ -254,11 +252,10 @@ protected:
     void SetUp() override {
         SearchStockTest::SetUp();
         App().PrgPath = prgDir() + QStringLiteral("PRG/");
-        StockGeneration generation;
-        generation.parts = 2600;
-        generation.prefixes = {QStringLiteral("AB"), QStringLiteral("XY")};
-        generation.index = {20, true};
-        files = WriteStockFiles(App().PrgPath, generation);
+        files = WriteStockFiles(App().PrgPath,
+                                {.parts = 2600,
+                                 .prefixes = {QStringLiteral("AB"), QStringLiteral("XY")},
+                                 .index = {20, true}});
         ASSERT_TRUE(files.written);
         pane.label();
         pane.show();
