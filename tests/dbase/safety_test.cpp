@@ -17,11 +17,6 @@ protected:
             {{"AAA", "AB", 1.5}, {"BBB", "CD", QVariant()}, {"CCC", "EF", -2}, {"DDD", "GH", 3}},
             {false, false, false, true});
     }
-    // The other workstation changes the group code of a row (from 0) and saves it.
-    QString peerSets(const char* row, const char* code) {
-        return DbasePeer(DBASE_PEER, {"set", dir.path(), "PRIXLIST", row, "CODEGRO", code})
-            .answer();
-    }
 };
 
 TEST_F(SharingTest, OpeningFailsWhileAnotherProcessHoldsTheFileLock) {
@@ -41,7 +36,8 @@ TEST_F(SharingTest, AChangeMadeElsewhereIsNeverOverwrittenAndOtherRowsStillSave)
         rs.setValue("CODEGRO", code);
         rs.moveNext();
     }
-    ASSERT_EQ(peerSets("1", "ZZ"), "saved");
+    DbasePeer peer(DBASE_PEER, {"set", dir.path(), "PRIXLIST", "1", "CODEGRO", "ZZ"});
+    ASSERT_EQ(peer.answer(), "saved");
     EXPECT_DB_ERROR(rs.updateBatch(), DbErrors::RowChanged);
     EXPECT_EQ(storedCodes(), QStringList({"X1", "ZZ", "X3"}));
 }
@@ -58,7 +54,8 @@ TEST_F(SharingTest, ARecordLockElsewhereStopsTheWriteAndTheRewrite) {
     rs.update(); // another record is free
     EXPECT_DB_ERROR(connection.execute("ALTER TABLE PRIXLIST ADD COLUMN CATNO TEXT(254)"),
                     DbErrors::Fail);
-    EXPECT_EQ(peerSets("2", "P3"), "saved") << "the peer's own lock does not stop it elsewhere";
+    DbasePeer other(DBASE_PEER, {"set", dir.path(), "PRIXLIST", "2", "CODEGRO", "P3"});
+    EXPECT_EQ(other.answer(), "saved") << "the peer's own lock does not stop it elsewhere";
     EXPECT_EQ(storedCodes(), QStringList({"AB", "OK", "P3"}));
 }
 
