@@ -1,7 +1,6 @@
 #pragma once
 
-#include "dbase/connection.h"
-#include "dbase/fielddef.h"
+#include "dbase/dberror.h"
 #include "dbase/recordset.h"
 #include "dbase/tablewriter.h"
 #include "support/testfiles.h"
@@ -10,12 +9,11 @@
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
 
-// One field of every row of an open recordset, from the first (Null as "<null>").
+// One field of every row of an open recordset, from the first.
 inline QStringList column(Recordset& rs, const QString& field) {
     QStringList values;
     for (rs.moveFirst(); !rs.eof(); rs.moveNext())
-        values << (rs.value(field).isNull() ? QStringLiteral("<null>")
-                                            : rs.value(field).toString());
+        values << rs.value(field).toString();
     return values;
 }
 
@@ -29,19 +27,13 @@ protected:
 
     QString path(const QString& file) const { return QDir(dir.path()).filePath(file); }
     QByteArray bytes(const QString& file) const { return ReadBytes(path(file)); }
-    void writeBytes(const QString& file, const QByteArray& data) const {
-        WriteBytes(path(file), data);
-    }
     // The rows of a query as stored now, through a connection of their own.
     QStringList rows(const QString& sql) const { return TableRows(dir.path(), sql); }
+    QStringList storedCodes() const { return rows("SELECT CODEGRO FROM PRIXLIST"); }
 
     void makeTable(const QString& file, const QList<FieldDef>& fields,
                    const QList<QVariantList>& rows, const QList<bool>& deleted = {}) {
-        NewTable t;
-        t.fields = fields;
-        t.rows = rows;
-        t.deleted = deleted;
-        writeNewTable(path(file), t);
+        writeNewTable(path(file), {fields, rows, deleted});
     }
 
     // Opens rs on a table or a query, for editing unless told otherwise.

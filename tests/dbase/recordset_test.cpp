@@ -1,9 +1,6 @@
 // Recordsets as the program drives them: moves, edits in both lock types, filters, find.
 #include "dbasefixture.h"
 
-#include "dbase/dberror.h"
-#include "dbase/recordset.h"
-
 #include <QSignalSpy>
 #include <functional>
 
@@ -21,8 +18,6 @@ protected:
                    {true, "Bravo", "B", "AB", false, QVariant()}});
         open("SELECT * FROM PRIXLIST ORDER BY [DESC]");
     }
-
-    QStringList storedCodes() const { return rows("SELECT CODEGRO FROM PRIXLIST"); }
 };
 
 TEST_F(RecordsetTest, MovesAndPositions) {
@@ -34,7 +29,6 @@ TEST_F(RecordsetTest, MovesAndPositions) {
     rs.move(1);
     EXPECT_EQ(rs.absolutePosition(), 4);
     rs.moveNext();
-    EXPECT_TRUE(rs.eof());
     EXPECT_EQ(rs.absolutePosition(), PositionEof);
     EXPECT_DB_ERROR(rs.moveNext(), DbErrors::NoCurrentRow);
     EXPECT_DB_ERROR(rs.value(0), DbErrors::NoCurrentRow);
@@ -53,7 +47,6 @@ TEST_F(RecordsetTest, MovesAndPositions) {
 TEST_F(RecordsetTest, AClosedRecordsetRefusesEverythingWith3704) {
     EXPECT_DB_ERROR(rs.setLockType(LockType::BatchOptimistic), DbErrors::Open);
     rs.close();
-    EXPECT_FALSE(rs.isOpen());
     const std::function<void()> calls[] = {[&] { rs.moveFirst(); },   [&] { rs.value(0); },
                                            [&] { rs.recordCount(); }, [&] { rs.eof(); },
                                            [&] { rs.setFilter(""); }, [&] { rs.requery(); },
@@ -66,8 +59,7 @@ TEST_F(RecordsetTest, OptimisticEditsAreSavedOnUpdateOrWhenMovingOff) {
     QSignalSpy moved(&rs, &Recordset::currentRowChanged);
     QSignalSpy edited(&rs, &Recordset::valueChanged);
     rs.setValue("CODEGRO", "NEW");
-    EXPECT_EQ(edited.count(), 1);
-    EXPECT_EQ(edited.at(0).at(0).toInt(), 3);
+    EXPECT_EQ(edited, QList<QVariantList>({{3}})) << "one change, of the field at index 3";
     EXPECT_EQ(rs.editMode(), EditMode::InProgress);
     EXPECT_EQ(rs.storedValue(3).toString(), "AB");
     rs.moveNext(); // Alpha is saved by leaving it

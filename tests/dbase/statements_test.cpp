@@ -1,9 +1,6 @@
 // The statements the program issues, quoted as it issues them, and the ones the engine refuses.
 #include "dbasefixture.h"
 
-#include "dbase/dberror.h"
-#include "dbase/recordset.h"
-
 #include <QDate>
 
 class StatementsTest : public DbaseTest {};
@@ -41,10 +38,7 @@ TEST_F(StatementsTest, ColumnsTopWhereAndConcatenatedKeys) {
     EXPECT_EQ(rows("SELECT * FROM PRIXLIST WHERE CODEGRO = 'ab'"), QStringList())
         << "text comparisons are case-sensitive";
 
-    QList<QVariantList> departs;
-    for (int i = 0; i < 20; ++i)
-        departs << QVariantList{QString::number(i), QStringLiteral("Dept %1").arg(i)};
-    makeTable("DEPART.DBF", {FieldDef::text("CODEP", 2), FieldDef::text("DESCR", 20)}, departs);
+    makeTable("DEPART.DBF", {FieldDef::text("CODEP", 2)}, QList<QVariantList>(20, {"x"}));
     EXPECT_EQ(rows("SELECT TOP 13 * FROM DEPART").size(), 13);
 
     makeTable("NVINDEX.DBF", {FieldDef::text("ANNONCEUR", 6), FieldDef::text("SUJET", 6)},
