@@ -76,7 +76,6 @@ TEST_F(ConvertTest, CatnoComesFromTheActivatedCataloguesCategories) {
                                  {"L4", "CD"},
                                  {"L5", "EF"},
                                  {"L6", "GH"},
-                                 {"L7", "GH"},
                                  {"L8", "IJ"}});
     WriteCataList(dataDir(),
                   {// Two categories with one code: the lists get the catalogue once.
@@ -92,7 +91,7 @@ TEST_F(ConvertTest, CatnoComesFromTheActivatedCataloguesCategories) {
                    Catalogue{"XC1", true, {"GH"}, {}, "D"}});
     convert();
     EXPECT_THAT(CatnoByList(dataDir()), ElementsAre("L1|TWICE;", "L2|TWICE;", "L3|", "L4|USED;",
-                                                    "L5|", "L6|XC1;", "L7|XC1;", "L8|C1;"));
+                                                    "L5|", "L6|XC1;", "L8|C1;"));
     EXPECT_THAT(UsedCodes(dataDir()),
                 ElementsAre("TWICE|AB|AB|||||||", "USED|CD||||||||", "IDLE|QQ||||||||",
                             "C1|GH|IJ|||||||", "XC1|GH||||||||"));

@@ -66,8 +66,8 @@ protected:
     // PRIXLIST's rows, then the categories in use of CATALIST.
     QStringList tables() const { return TableRows(dataDir(), "PRIXLIST") + UsedCodes(dataDir()); }
     // The child stops after the file step `step` (0: it does not); `by` is "fail" or "die".
-    ProgramRun stopAfter(int step, const char* by, const QStringList& options = {}) const {
-        const QStringList arguments{QString::number(step), by, drive()};
+    ProgramRun stopAfter(int step, const char* by, const QStringList& options) const {
+        const QStringList arguments{QString::number(step), by, drive(), "--english"};
         return RunProgram(CONVERT_CHILD_PATH, arguments + options, 120000);
     }
 
@@ -123,9 +123,8 @@ TEST_F(KillTest, AFailureOrAnEndAfterEachFileStepLosesNothing) {
         QString start;
         QStringList options;
     };
-    for (const Run& run :
-         {Run{"fail", oldState, {"--english"}}, Run{"die", oldState, {"--english"}},
-          Run{"die", convertedState, {"--force", "--english"}}}) {
+    for (const Run& run : {Run{"fail", oldState, {}}, Run{"die", oldState, {}},
+                           Run{"die", convertedState, {"--force"}}}) {
         copyFiles(run.start, dataDir());
         const ProgramRun whole = stopAfter(0, run.by, run.options);
         EXPECT_THAT(whole.err.toStdString(), HasSubstr("Conversion complete."));

@@ -17,14 +17,6 @@
 
 namespace {
 
-// Every byte value, after a start that looks like a server token.
-QByteArray everyByte(int rounds) {
-    QByteArray data = "ERROR";
-    for (int i = 0; i < rounds * 256; ++i)
-        data += char(i % 256);
-    return data;
-}
-
 const QByteArray Versions = "VERSI5.3.0;3.9.0;2004.3.5";
 
 class UpdateServerTest : public ::testing::Test {
@@ -71,7 +63,14 @@ protected:
     }
 
     QTemporaryDir content;
-    const QByteArray bigList = everyByte(600); // more than one piece of the stream
+    // Every byte value after a start that looks like a server token, in more than one piece of
+    // the stream.
+    const QByteArray bigList = [] {
+        QByteArray data = "ERROR";
+        for (int i = 0; i < 600 * 256; ++i)
+            data += char(i % 256);
+        return data;
+    }();
     std::unique_ptr<UpdateServer> server;
 };
 
