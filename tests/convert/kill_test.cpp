@@ -1,7 +1,6 @@
-// convertlists from the command line: its arguments, its exit statuses and what it writes. And
-// nothing of the price-list table is lost, whatever stops a conversion: a child process running
-// it is stopped after each file step and killed at random moments, and each time PRIXLIST is
-// either the old table or the complete new one, and the next run ends with the new one.
+// convertlists from the command line, and nothing of the price-list table lost whatever stops a
+// conversion: after each file step or killed at random, PRIXLIST is either the old table or the
+// complete new one, and the next run ends with the new one.
 #include "oldtables.h"
 
 #include <QDir>

@@ -1,6 +1,5 @@
-// The stand-in service program installing what the downloads leave, on a temporary
-// installation with the demo tables: each operation's effect on the tables and directories,
-// archives that do not fit their item, and damaged archives.
+// The stand-in service program installing what the downloads leave: each operation's effect on
+// the tables and directories, archives that do not fit their item, and damaged archives.
 #include "serviceinstall.h"
 
 #include "dbase/connection.h"

@@ -1,6 +1,5 @@
-// The demonstration update server, byte by byte: every kind of request, what it refuses, and
-// each way it can be made to misbehave. The server runs in the test's process; the last group
-// runs the update-server command itself.
+// The demonstration update server, byte by byte, in the test's process: every kind of request,
+// what it refuses, each way it can be made to misbehave; and the update-server command itself.
 #include "serverconversation.h"
 #include "updateserver.h"
 
