@@ -53,17 +53,15 @@ protected:
         if (connData.isOpen())
             connData.close();
     }
-    void convert(bool rebuildFirst = false) {
+    void convert() {
         Connection data;
         data.open(dataDir());
         ConversionObserver quiet;
-        if (rebuildFirst)
-            RebuildOldTable(data, quiet);
         ConvertTable(data, quiet);
     }
-    QStringList prixList() const { return TableRows(dataDir(), QStringLiteral("PRIXLIST")); }
     // The program's procedure, as start-up runs it (forced: the "Convert" command line).
     static bool convertAtStart(bool forced) { return Convert(forced); }
+    QStringList prixList() const { return TableRows(dataDir(), QStringLiteral("PRIXLIST")); }
 
     QTemporaryDir dir;
     const QString previousDir = QDir::currentPath();
@@ -78,7 +76,6 @@ TEST_F(ConvertTest, CatnoComesFromTheActivatedCataloguesCategories) {
                                  {"L4", "CD"},
                                  {"L5", "EF"},
                                  {"L6", "GH"},
-                                 {"L7", "GH"},
                                  {"L8", "IJ"}});
     WriteCataList(dataDir(),
                   {// Two categories with one code: the lists get the catalogue once.
@@ -94,25 +91,10 @@ TEST_F(ConvertTest, CatnoComesFromTheActivatedCataloguesCategories) {
                    Catalogue{"XC1", true, {"GH"}, {}, "D"}});
     convert();
     EXPECT_THAT(CatnoByList(dataDir()), ElementsAre("L1|TWICE;", "L2|TWICE;", "L3|", "L4|USED;",
-                                                    "L5|", "L6|XC1;", "L7|XC1;", "L8|C1;"));
+                                                    "L5|", "L6|XC1;", "L8|C1;"));
     EXPECT_THAT(UsedCodes(dataDir()),
                 ElementsAre("TWICE|AB|AB|||||||", "USED|CD||||||||", "IDLE|QQ||||||||",
                             "C1|GH|IJ|||||||", "XC1|GH||||||||"));
-}
-
-TEST_F(ConvertTest, EveryRowAndFieldIsKeptAndARebuiltTableConvertsTheSame) {
-    WriteOldPrixList(dataDir(), ManyLists(200, 12));
-    WriteCataList(dataDir(), ManyCatalogues(25, 12));
-    const QStringList old = prixList();
-    convert();
-    QStringList converted = prixList();
-    for (QString& line : converted)
-        line = line.section(u'|', 0, -2); // without CATNO, the last field
-    EXPECT_EQ(FirstDifference(converted, old), "");
-    const QStringList derived = CatnoByList(dataDir()) + UsedCodes(dataDir());
-
-    convert(true);
-    EXPECT_EQ(FirstDifference(CatnoByList(dataDir()) + UsedCodes(dataDir()), derived), "");
 }
 
 // A list naming a catalogue that is no longer activated sends the trees to the restart mode:

@@ -1,6 +1,5 @@
-// The demo update server's content, served and installed end to end: every download of the
-// demo installation changes what the window shows (list and catalogue colours, newsletters,
-// companion versions) and a newer program version is offered.
+// The demo update server's content, served and installed end to end: every download changes
+// what the window shows, and a newer program version is offered.
 #include "democontent.h"
 #include "demodata.h"
 #include "serverconversation.h"
