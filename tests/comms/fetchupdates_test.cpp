@@ -32,8 +32,8 @@ protected:
         process.setProcessEnvironment(environment);
         process.start(QStringLiteral(MERCANTEL_BINARY_DIR "/tools/fetchupdates/fetchupdates"),
                       arguments);
-        process.waitForStarted();
-        waitWhile([&] { return process.state() != QProcess::NotRunning; }, 30000);
+        EXPECT_TRUE(
+            QTest::qWaitFor([&] { return process.state() == QProcess::NotRunning; }, 30000));
         return {process.exitCode(), QString::fromUtf8(process.readAllStandardOutput()),
                 QString::fromUtf8(process.readAllStandardError())};
     }

@@ -132,16 +132,12 @@ TEST_F(SignedUpdate, TheSigningToolsKeySignsWhatItsPublicHalfAcceptsAndFailuresH
     EXPECT_EQ(check.keyName, QStringLiteral("rotation"));
     EXPECT_EQ(ReadBytes(path("bare")), body);
 
-    run = signUpdate({"--generate-key", "rotation"});
-    EXPECT_EQ(run.status, 1); // never overwrites a key
-    EXPECT_FALSE(run.err.isEmpty());
+    EXPECT_EQ(signUpdate({"--generate-key", "rotation"}).status, 1); // never overwrites a key
     EXPECT_EQ(signUpdate({"--key", "rotation.public", "updater", "out"}).status, 1); // cannot sign
     EXPECT_EQ(signUpdate({"--key", "rotation.secret", "missing", "out"}).status, 1);
     EXPECT_FALSE(QFile::exists(path("out")));
     EXPECT_EQ(signUpdate({"--key", "rotation.secret", "in"}).status, 2);
-    run = signUpdate({"--sign", "rotation.secret", "in", "out"});
-    EXPECT_EQ(run.status, 2);
-    EXPECT_TRUE(run.out.isEmpty());
+    EXPECT_EQ(signUpdate({"--sign", "rotation.secret", "in", "out"}).status, 2);
 }
 
 } // namespace
