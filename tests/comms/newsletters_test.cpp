@@ -11,8 +11,10 @@
 #include <QTest>
 #include <QTextBlock>
 #include <QTextEdit>
+#include <array>
 #include <gtest/gtest.h>
 #include <ostream>
+#include <tuple>
 
 static void PrintTo(const QString& text, std::ostream* out) {
     *out << '"' << text.toStdString() << '"';
@@ -20,11 +22,7 @@ static void PrintTo(const QString& text, std::ostream* out) {
 
 namespace {
 
-struct Newsletter {
-    QVariant advertiser;
-    QVariant subject;
-    QVariant text;
-};
+using Newsletter = std::array<QVariant, 3>; // the advertiser, the subject and the text
 
 class NewslettersTest : public ::testing::Test {
 protected:
@@ -45,9 +43,7 @@ protected:
         for (const Newsletter& n : newsletters) {
             QVariantList row(table.fields.size());
             row[0] = QString::number(table.rows.size() + 1);
-            row[1] = n.advertiser;
-            row[4] = n.subject;
-            row[10] = n.text;
+            std::tie(row[1], row[4], row[10]) = std::tie(n[0], n[1], n[2]);
             table.rows << row;
         }
         writeNewTable(App().InfoPath + QStringLiteral("NVINDEX.DBF"), table);

@@ -31,22 +31,20 @@ QString Read(const QString& rtf) {
 
 // The marks of a character format: b(old), i(talic), u(nderline), s(trike-out), the size, the
 // family, the colour and the highlight.
-QString Marks(const QTextCharFormat& format) {
-    const auto has = [&format](QTextFormat::Property property) {
-        return format.hasProperty(property);
+QString Marks(const QTextCharFormat& f) {
+    QStringList marks;
+    const auto mark = [&marks](bool on, const QString& text) {
+        if (on)
+            marks << text;
     };
-    QStringList marks = {
-        format.fontWeight() == QFont::Bold ? "b" : "",
-        format.fontItalic() ? "i" : "",
-        format.fontUnderline() ? "u" : "",
-        format.fontStrikeOut() ? "s" : "",
-        has(QTextFormat::FontPointSize) ? QStringLiteral("%1pt").arg(format.fontPointSize()) : "",
-        has(QTextFormat::FontFamilies) ? format.fontFamilies().toStringList().join(u',') : "",
-        has(QTextFormat::ForegroundBrush) ? format.foreground().color().name() : "",
-        has(QTextFormat::BackgroundBrush)
-            ? QStringLiteral("on %1").arg(format.background().color().name())
-            : ""};
-    marks.removeAll(QString());
+    mark(f.fontWeight() == QFont::Bold, "b");
+    mark(f.fontItalic(), "i");
+    mark(f.fontUnderline(), "u");
+    mark(f.fontStrikeOut(), "s");
+    mark(f.hasProperty(QTextFormat::FontPointSize), QString::number(f.fontPointSize()) + "pt");
+    mark(f.hasProperty(QTextFormat::FontFamilies), f.fontFamilies().toStringList().join(u','));
+    mark(f.hasProperty(QTextFormat::ForegroundBrush), f.foreground().color().name());
+    mark(f.hasProperty(QTextFormat::BackgroundBrush), "on " + f.background().color().name());
     return marks.join(u' ');
 }
 
@@ -147,9 +145,9 @@ TEST(RtfReader, TextOfEscapesCodePagesUnicodeSkippedDestinationsAndDamage) {
          "{\\*\\bkmkstart b}\\bin4 {}\\a fin}",
          "Vulien fin", "destinations that are not text are left out"},
         {"{\\rtf1 \\motinconnu12 texte\\x}", "texte", "unknown control words are ignored"},
-        {"{\\rtf1 pas de fin {\\b gras", "pas de fin gras", "unclosed groups"},
+        {"{\\rtf1 pas de fin {\\b gras\\", "pas de fin gras",
+         "unclosed groups, a backslash at the end"},
         {"{\\rtf1 fin}}} apres", "fin", "nothing after the outer group, however many closings"},
-        {"{\\rtf1 barre finale\\", "barre finale", "a backslash at the end"},
         {"{\\rtf1 \\fs999999999999 \\li-99999999999 \\u99999999999 \\bin99999999 x}",
          QStringLiteral("\uFFFD"), "numbers out of range are bounded; \\bin stops at the end"},
         {"{\\rtf1\\ansi\\deff0{\\fonttbl{\\f0 Sans fin", "", "a font table without end"},
