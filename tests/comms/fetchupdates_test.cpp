@@ -67,9 +67,8 @@ TEST_F(FetchUpdatesTest, FailuresAndRefusalsGiveTheirStatuses) {
                                         {"--catalogues", "C1"},
                                         {"--timeout", "soon"}};
     for (const QStringList& bad : refused) {
-        SCOPED_TRACE(bad.join(u' ').toStdString());
         const ToolRun run = fetch(bad);
-        EXPECT_EQ(run.status, 2);
+        EXPECT_EQ(run.status, 2) << bad.join(u' ').toStdString();
         EXPECT_TRUE(run.out.isEmpty());
     }
     EXPECT_TRUE(server.received.isEmpty()); // refused before connecting: nothing written

@@ -196,5 +196,4 @@ protected:
 inline QString ReportLine(const QString& text) {
     return SessionText::ReportTime(QTime(14, 32, 5)) + text + QStringLiteral("\r\n");
 }
-// The report's last line.
 inline const QString ReportEnd = QStringLiteral("\r\n--- Fin du rapport ---");

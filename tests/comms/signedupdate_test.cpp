@@ -32,18 +32,12 @@ protected:
     QTemporaryDir dir;
     QByteArray body = updaterBody();
     UpdateKeyPair maker = GenerateUpdateKeyPair();
-    KeyRing ring = [this] {
-        KeyRing keys;
-        keys.add({maker.publicKey, QStringLiteral("key 1")});
-        return keys;
-    }();
+    KeyRing ring = KeyRing::fromText(maker.publicKey.toHex() + " key 1\n");
 };
 
 TEST_F(SignedUpdate, AnythingButAValidUpdaterIsRefusedAndDeleted) {
     const QByteArray good = signedWith(maker);
-    const qsizetype signatureAt = body.size();
-    const qsizetype markAt = signatureAt + UpdateSignatureSize;
-    const qsizetype keyIdAt = markAt + UpdateMarkSize;
+    const qsizetype markAt = body.size() + UpdateSignatureSize;
     const auto flipped = [&](qsizetype at) {
         QByteArray bad = good;
         bad[at] = char(bad[at] ^ 0x01);
@@ -56,7 +50,7 @@ TEST_F(SignedUpdate, AnythingButAValidUpdaterIsRefusedAndDeleted) {
     } cases[] = {
         {"body", flipped(body.size() / 2), SignedUpdateReason::BadSignature},
         {"mark", flipped(markAt + 2), SignedUpdateReason::NoTrailer},
-        {"key id", flipped(keyIdAt), SignedUpdateReason::UnknownKey},
+        {"key id", flipped(markAt + UpdateMarkSize), SignedUpdateReason::UnknownKey},
         {"truncated", good.left(good.size() - 1), SignedUpdateReason::NoTrailer},
         {"no body", good.right(UpdateSignedOverhead), SignedUpdateReason::ShortFile},
         {"empty", QByteArray(), SignedUpdateReason::ShortFile},
@@ -68,20 +62,8 @@ TEST_F(SignedUpdate, AnythingButAValidUpdaterIsRefusedAndDeleted) {
         EXPECT_EQ(PrepareReceivedUpdater(path("UPDATE.EXE"), ring).reason, c.reason);
         EXPECT_FALSE(QFile::exists(path("UPDATE.EXE")));
     }
-}
-
-TEST_F(SignedUpdate, NothingIsWrittenUnlessTheSignatureHolds) {
-    QByteArray altered = signedWith(maker);
-    altered[5] = char(altered[5] ^ 0x80);
-    WriteBytes(path("received"), altered);
-    EXPECT_EQ(ExtractSignedUpdate(path("received"), path("updater"), ring).reason,
-              SignedUpdateReason::BadSignature);
-    EXPECT_FALSE(QFile::exists(path("updater")));
-    EXPECT_EQ(ReadBytes(path("received")), altered); // only the version check deletes it
-
     EXPECT_EQ(ExtractSignedUpdate(path("signed"), path("no/such/folder/updater"), ring).reason,
               SignedUpdateReason::CannotWrite);
-    EXPECT_EQ(VerifySignedUpdate(path("missing"), ring).reason, SignedUpdateReason::Unreadable);
 }
 
 // The maker lists a new key beside the old one: updaters signed with either are accepted.
