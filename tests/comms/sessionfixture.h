@@ -18,12 +18,10 @@
 #include "support/tempinstall.h"
 #include "testfiles.h"
 
-#include <QDeadlineTimer>
-#include <QEventLoop>
 #include <QFile>
 #include <QSet>
 #include <QStringList>
-#include <QTimer>
+#include <QTest>
 #include <gtest/gtest.h>
 #include <memory>
 #include <utility>
@@ -163,22 +161,11 @@ protected:
         ResetAppState();
     }
 
-    // Starts a session and pumps events until it is closed (or the time limit passes, which
-    // fails the test).
+    // Starts a session and pumps events until it is closed.
     void runSession() {
         session->start();
-        waitWhile([this] { return session->running(); });
-        ASSERT_FALSE(session->running()) << "the session did not end";
-    }
-
-    // Pumps events while the condition holds, at most limitMs.
-    static void waitWhile(const std::function<bool()>& condition, int limitMs = 20000) {
-        QDeadlineTimer deadline(limitMs);
-        while (condition() && !deadline.hasExpired()) {
-            QEventLoop loop;
-            QTimer::singleShot(5, &loop, &QEventLoop::quit);
-            loop.exec();
-        }
+        ASSERT_TRUE(QTest::qWaitFor([this] { return !session->running(); }, 20000))
+            << "the session did not end";
     }
 
     // Lines of the service program's log: its arguments.
@@ -209,5 +196,4 @@ protected:
 inline QString ReportLine(const QString& text) {
     return SessionText::ReportTime(QTime(14, 32, 5)) + text + QStringLiteral("\r\n");
 }
-// The report's last line.
 inline const QString ReportEnd = QStringLiteral("\r\n--- Fin du rapport ---");

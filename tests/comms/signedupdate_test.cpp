@@ -32,18 +32,12 @@ protected:
     QTemporaryDir dir;
     QByteArray body = updaterBody();
     UpdateKeyPair maker = GenerateUpdateKeyPair();
-    KeyRing ring = [this] {
-        KeyRing keys;
-        keys.add({maker.publicKey, QStringLiteral("key 1")});
-        return keys;
-    }();
+    KeyRing ring = KeyRing::fromText(maker.publicKey.toHex() + " key 1\n");
 };
 
 TEST_F(SignedUpdate, AnythingButAValidUpdaterIsRefusedAndDeleted) {
     const QByteArray good = signedWith(maker);
-    const qsizetype signatureAt = body.size();
-    const qsizetype markAt = signatureAt + UpdateSignatureSize;
-    const qsizetype keyIdAt = markAt + UpdateMarkSize;
+    const qsizetype markAt = body.size() + UpdateSignatureSize;
     const auto flipped = [&](qsizetype at) {
         QByteArray bad = good;
         bad[at] = char(bad[at] ^ 0x01);
@@ -55,9 +49,8 @@ TEST_F(SignedUpdate, AnythingButAValidUpdaterIsRefusedAndDeleted) {
         SignedUpdateReason reason;
     } cases[] = {
         {"body", flipped(body.size() / 2), SignedUpdateReason::BadSignature},
-        {"signature", flipped(signatureAt + 10), SignedUpdateReason::BadSignature},
         {"mark", flipped(markAt + 2), SignedUpdateReason::NoTrailer},
-        {"key id", flipped(keyIdAt), SignedUpdateReason::UnknownKey},
+        {"key id", flipped(markAt + UpdateMarkSize), SignedUpdateReason::UnknownKey},
         {"truncated", good.left(good.size() - 1), SignedUpdateReason::NoTrailer},
         {"no body", good.right(UpdateSignedOverhead), SignedUpdateReason::ShortFile},
         {"empty", QByteArray(), SignedUpdateReason::ShortFile},
@@ -69,20 +62,8 @@ TEST_F(SignedUpdate, AnythingButAValidUpdaterIsRefusedAndDeleted) {
         EXPECT_EQ(PrepareReceivedUpdater(path("UPDATE.EXE"), ring).reason, c.reason);
         EXPECT_FALSE(QFile::exists(path("UPDATE.EXE")));
     }
-}
-
-TEST_F(SignedUpdate, NothingIsWrittenUnlessTheSignatureHolds) {
-    QByteArray altered = signedWith(maker);
-    altered[5] = char(altered[5] ^ 0x80);
-    WriteBytes(path("received"), altered);
-    EXPECT_EQ(ExtractSignedUpdate(path("received"), path("updater"), ring).reason,
-              SignedUpdateReason::BadSignature);
-    EXPECT_FALSE(QFile::exists(path("updater")));
-    EXPECT_EQ(ReadBytes(path("received")), altered); // only the version check deletes it
-
     EXPECT_EQ(ExtractSignedUpdate(path("signed"), path("no/such/folder/updater"), ring).reason,
               SignedUpdateReason::CannotWrite);
-    EXPECT_EQ(VerifySignedUpdate(path("missing"), ring).reason, SignedUpdateReason::Unreadable);
 }
 
 // The maker lists a new key beside the old one: updaters signed with either are accepted.
@@ -132,16 +113,12 @@ TEST_F(SignedUpdate, TheSigningToolsKeySignsWhatItsPublicHalfAcceptsAndFailuresH
     EXPECT_EQ(check.keyName, QStringLiteral("rotation"));
     EXPECT_EQ(ReadBytes(path("bare")), body);
 
-    run = signUpdate({"--generate-key", "rotation"});
-    EXPECT_EQ(run.status, 1); // never overwrites a key
-    EXPECT_FALSE(run.err.isEmpty());
+    EXPECT_EQ(signUpdate({"--generate-key", "rotation"}).status, 1); // never overwrites a key
     EXPECT_EQ(signUpdate({"--key", "rotation.public", "updater", "out"}).status, 1); // cannot sign
     EXPECT_EQ(signUpdate({"--key", "rotation.secret", "missing", "out"}).status, 1);
     EXPECT_FALSE(QFile::exists(path("out")));
     EXPECT_EQ(signUpdate({"--key", "rotation.secret", "in"}).status, 2);
-    run = signUpdate({"--sign", "rotation.secret", "in", "out"});
-    EXPECT_EQ(run.status, 2);
-    EXPECT_TRUE(run.out.isEmpty());
+    EXPECT_EQ(signUpdate({"--sign", "rotation.secret", "in", "out"}).status, 2);
 }
 
 } // namespace
