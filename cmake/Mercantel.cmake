@@ -24,13 +24,19 @@ function(mercantel_library name)
     target_link_libraries(${name} PUBLIC ${ARG_DEPENDS} PRIVATE mercantel_options)
 endfunction()
 
-# mercantel_test(NAME SOURCES ... DEPENDS ...): one GoogleTest executable per area,
-# each test case registered with CTest and run on the offscreen platform.
-function(mercantel_test name)
+# mercantel_test_executable(NAME SOURCES ... DEPENDS ...): a GoogleTest executable on the
+# shared test support, run by testmain inside a QApplication.
+function(mercantel_test_executable name)
     cmake_parse_arguments(ARG "" "" "SOURCES;DEPENDS" ${ARGN})
     add_executable(${name} ${ARG_SOURCES})
     target_link_libraries(${name} PRIVATE ${ARG_DEPENDS} test_support GTest::gmock GTest::gtest
                           mercantel_options)
+endfunction()
+
+# mercantel_test(NAME SOURCES ... DEPENDS ...): one GoogleTest executable per area,
+# each test case registered with CTest and run on the offscreen platform.
+function(mercantel_test name)
+    mercantel_test_executable(${name} ${ARGN})
     gtest_discover_tests(${name}
         PROPERTIES ENVIRONMENT "QT_QPA_PLATFORM=offscreen;ASAN_OPTIONS=detect_leaks=0"
         DISCOVERY_TIMEOUT 60)

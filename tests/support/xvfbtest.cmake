@@ -8,10 +8,7 @@ if(NOT XVFB_RUN)
 endif()
 
 function(mercantel_xvfb_test name)
-    cmake_parse_arguments(ARG "" "" "SOURCES;DEPENDS" ${ARGN})
-    add_executable(${name} ${ARG_SOURCES})
-    target_link_libraries(${name} PRIVATE ${ARG_DEPENDS} test_support GTest::gmock GTest::gtest
-                          mercantel_options)
+    mercantel_test_executable(${name} ${ARGN})
     add_test(NAME ${name}
              COMMAND ${XVFB_RUN} -a -s "-screen 0 1280x800x24" $<TARGET_FILE:${name}>)
     set_tests_properties(${name} PROPERTIES
